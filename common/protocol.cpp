@@ -1,0 +1,35 @@
+#include "common/common.h"
+
+#include <cstdio>
+
+namespace {
+
+constexpr int unknownProtocol = 256;
+
+struct Protocol {
+    const char *name;
+    int number;
+};
+
+constexpr Protocol protocols[] = {{"tcp", 6}, {"udp", 17}, {"icmp", 1}};
+
+} // namespace
+
+int appmngr_utils_str2proto(const char *name) {
+    for (const Protocol &protocol : protocols) {
+        if (appmngr_string_safeCaseCmp(name, protocol.name) == 0) {
+            return protocol.number;
+        }
+    }
+    std::puts("Unknown protocol!\r");
+    return unknownProtocol;
+}
+
+const char *appmngr_utils_proto2str(int proto) {
+    for (const Protocol &protocol : protocols) {
+        if (protocol.number == proto) {
+            return protocol.name;
+        }
+    }
+    return "unknown";
+}
