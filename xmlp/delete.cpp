@@ -1,0 +1,93 @@
+// Freeing elements and trees.
+
+#include "xmlp/report.h"
+#include "xmlp/xmlp.h"
+
+#include <cstdlib>
+
+namespace {
+
+void unlink(XMLP_NODE *node) {
+    if (node->prev != nullptr) {
+        node->prev->next = node->next;
+    } else if (node->parent != nullptr) {
+        node->parent->firstChild = node->next;
+    }
+    if (node->next != nullptr) {
+        node->next->prev = node->prev;
+    } else if (node->parent != nullptr) {
+        node->parent->lastChild = node->prev;
+    }
+}
+
+XMLP_NODE *firstLeaf(XMLP_NODE *node) {
+    while (node->firstChild != nullptr) {
+        node = node->firstChild;
+    }
+    return node;
+}
+
+} // namespace
+
+void xmlp_delNode(XMLP_NODE *node) {
+    if (node == nullptr || node->firstChild != nullptr) {
+        XMLP_REPORT("invalid params.");
+        return;
+    }
+    unlink(node);
+    xmlp_freeAttrList(node->attrList);
+    if (node->valueSize != 0) {
+        std::free(node->value);
+    }
+    if (node->name != g_xmlp_itemName) {
+        std::free(node->name);
+    }
+    std::free(node);
+}
+
+// Every deletion unlinks, so the way back up needs nothing but the parent links.
+void xmlp_delDtree(XMLP_NODE *node) {
+    if (node == nullptr) {
+        XMLP_REPORT("node is null.");
+        return;
+    }
+    XMLP_NODE *leaf = firstLeaf(node);
+    while (leaf != node) {
+        XMLP_NODE *parent = leaf->parent;
+        xmlp_delNode(leaf);
+        leaf = firstLeaf(parent);
+    }
+    xmlp_delNode(node);
+}
+
+void xmlp_delStree(XMLP_NODE *rootNode) {
+    if (rootNode == nullptr) {
+        XMLP_REPORT("rootNode is null.");
+        return;
+    }
+    // The block begins with the name of the top-level element, or, without one, with the document
+    // node itself.
+    const XMLP_NODE *top = rootNode->firstChild;
+    if (top != nullptr && top->name != nullptr) {
+        std::free(top->name);
+    } else {
+        std::free(rootNode);
+    }
+}
+
+void xmlp_destroyXmlTree(XMLP_DOC *doc) {
+    if (doc == nullptr) {
+        XMLP_REPORT("doc is null.");
+        return;
+    }
+    XMLP_TREE *tree = doc->tree;
+    if (tree == nullptr) {
+        return;
+    }
+    std::free(tree->header);
+    if (tree->isStatic != 0) {
+        xmlp_delStree(tree->rootNode);
+    } else {
+        xmlp_delDtree(tree->rootNode);
+    }
+}

@@ -1,0 +1,122 @@
+#include "xmlp/entities.h"
+
+#include "xmlp/chars.h"
+#include "xmlp/report.h"
+#include "xmlp/xmlp.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace velda::xmlp {
+namespace {
+
+struct Entity {
+    char byte;
+    std::string_view reference;
+};
+
+constexpr Entity entities[] = {{'<', "&lt;"}, {'>', "&gt;"}, {'&', "&amp;"}};
+
+// What a byte is escaped to, or null for one that stands for itself.
+const Entity *entityFor(char byte) {
+    for (const Entity &entity : entities) {
+        if (entity.byte == byte) {
+            return &entity;
+        }
+    }
+    return nullptr;
+}
+
+// The entity whose reference begins the text, or null.
+const Entity *entityAt(std::string_view text) {
+    for (const Entity &entity : entities) {
+        if (startsWith(text, entity.reference)) {
+            return &entity;
+        }
+    }
+    return nullptr;
+}
+
+// Hands the decoded text to `sink` in runs of bytes; false when it holds an '&' that begins no
+// reference. Measuring and writing are this one walk, so that they cannot disagree.
+template <class Sink>
+bool decode(std::string_view text, Sink sink) {
+    while (!text.empty()) {
+        const size_t plain = std::min(text.find('&'), text.size());
+        sink(text.data(), plain);
+        text.remove_prefix(plain);
+        if (text.empty()) {
+            break;
+        }
+        const Entity *entity = entityAt(text);
+        if (entity == nullptr) {
+            return false;
+        }
+        sink(&entity->byte, 1);
+        text.remove_prefix(entity->reference.size());
+    }
+    return true;
+}
+
+} // namespace
+
+uint64_t escapedLength(std::string_view text) {
+    uint64_t length = 0;
+    for (const char byte : text) {
+        const Entity *entity = entityFor(byte);
+        length += entity == nullptr ? 1 : entity->reference.size();
+    }
+    return length;
+}
+
+} // namespace velda::xmlp
+
+using namespace velda::xmlp;
+
+uint32_t xmlp_transStrLen(const char *str, uint32_t len) {
+    if (str == nullptr) {
+        XMLP_REPORT("str is null.");
+        return 0;
+    }
+    return static_cast<uint32_t>(std::min<uint64_t>(escapedLength({str, len}), UINT32_MAX));
+}
+
+char *xmlp_transStr(char *dst, const char *src, uint32_t len) {
+    if (dst == nullptr || src == nullptr) {
+        XMLP_REPORT("invalid params.");
+        return nullptr;
+    }
+    for (const char byte : std::string_view(src, len)) {
+        if (const Entity *entity = entityFor(byte)) {
+            dst = std::copy(entity->reference.begin(), entity->reference.end(), dst);
+        } else {
+            *dst++ = byte;
+        }
+    }
+    return dst;
+}
+
+uint32_t xmlp_unTransStrLen(const char *str, uint32_t len) {
+    if (str == nullptr) {
+        XMLP_REPORT("str is null.");
+        return 0;
+    }
+    uint32_t length = 0;
+    const auto measure = [&length](const char *, size_t bytes) {
+        length += static_cast<uint32_t>(bytes);
+    };
+    return decode({str, len}, measure) ? length : 0;
+}
+
+char *xmlp_unTransStr(char *dst, const char *src, uint32_t len) {
+    if (dst == nullptr || src == nullptr) {
+        XMLP_REPORT("invalid params.");
+        return nullptr;
+    }
+    // memmove, so that a text may be decoded in place.
+    const auto write = [&dst](const char *bytes, size_t count) {
+        std::memmove(dst, bytes, count);
+        dst += count;
+    };
+    return decode({src, len}, write) ? dst : nullptr;
+}

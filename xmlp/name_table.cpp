@@ -1,0 +1,164 @@
+#include "xmlp/name_table.h"
+
+#include <algorithm>
+#include <cstring>
+#include <span>
+#include <utility>
+
+namespace velda::xmlp {
+namespace {
+
+constexpr unsigned char markerBytes[wordSize] = {0x00, 0xFF, 0xFF, 0x00};
+
+uint32_t wordAt(const char *bytes, size_t count) {
+    uint32_t word = 0;
+    std::memcpy(&word, bytes, count);
+    return word;
+}
+
+uint32_t marker() {
+    uint32_t word = 0;
+    std::memcpy(&word, markerBytes, wordSize);
+    return word;
+}
+
+// The words of an entry, the padded or marker word included, by their place in it.
+uint32_t entryWord(std::string_view string, size_t place) {
+    const size_t offset = place * wordSize;
+    const size_t count = std::min(wordSize, string.size() - offset);
+    return count == 0 ? marker() : wordAt(string.data() + offset, count);
+}
+
+} // namespace
+
+void writeEntry(char *place, std::string_view string) {
+    if (!string.empty()) {
+        std::memcpy(place, string.data(), string.size());
+    }
+    if (string.size() % wordSize == 0) {
+        std::memcpy(place + string.size(), markerBytes, wordSize);
+    }
+}
+
+bool NameTable::reserve(size_t bytes) {
+    // Where the table lies is not for the author of a text to know, so keys that collide cannot be
+    // chosen beforehand.
+    table_.reset(static_cast<char *>(std::calloc(bytes, 1)));
+    seed_ = reinterpret_cast<uintptr_t>(table_.get());
+    tableBytes_ = table_ != nullptr ? bytes : 0;
+    return table_ != nullptr;
+}
+
+bool NameTable::growTable(size_t bytes) {
+    const auto doubled = CheckedSize(bytes).add(tableBytes_).bytes();
+    char *larger = doubled ? static_cast<char *>(std::realloc(table_.get(), *doubled)) : nullptr;
+    if (larger == nullptr) {
+        return false;
+    }
+    std::memset(larger + tableBytes_, 0, *doubled - tableBytes_);
+    static_cast<void>(table_.release());
+    table_.reset(larger);
+    tableBytes_ = *doubled;
+    return true;
+}
+
+NameTable::Slot *NameTable::lookUp(uint32_t word, uint32_t rest) const {
+    constexpr uint64_t multiplier = 0x9E3779B97F4A7C15;
+    uint64_t hash = (uint64_t{rest} << 32 | word) ^ seed_;
+    hash *= multiplier;
+    hash ^= hash >> 32;
+    hash *= multiplier;
+    size_t index = static_cast<size_t>(hash >> 32) & (slotCount_ - 1);
+    Slot *slots = slots_.get();
+    while (slots[index].position != 0 && (slots[index].word != word || slots[index].rest != rest)) {
+        index = (index + 1) & (slotCount_ - 1);
+    }
+    return &slots[index];
+}
+
+bool NameTable::growIndex(size_t moreEntries) {
+    constexpr size_t firstSlotCount = 1024;
+    size_t count = std::max(slotCount_, firstSlotCount);
+    // At most half the slots are ever taken.
+    while (count / 2 < usedSlots_ + moreEntries) {
+        if (count > SIZE_MAX / 2 / sizeof(Slot)) {
+            return false;
+        }
+        count *= 2;
+    }
+    if (count == slotCount_) {
+        return true;
+    }
+    Owned<Slot> old(static_cast<Slot *>(std::calloc(count, sizeof(Slot))));
+    if (old == nullptr) {
+        return false;
+    }
+    old.swap(slots_);
+    for (const Slot &slot : std::span(old.get(), std::exchange(slotCount_, count))) {
+        if (slot.position != 0) {
+            *lookUp(slot.word, slot.rest) = slot;
+        }
+    }
+    return true;
+}
+
+bool NameTable::intern(std::string_view string) {
+    const size_t words = entrySize(string.size()) / wordSize;
+    if (!growIndex(words)) {
+        return false;
+    }
+    uint32_t rest = 0;
+    bool isNew = false;
+    for (size_t place = words; place-- > 0;) {
+        Slot *slot = lookUp(entryWord(string, place), rest);
+        if (slot->position == 0) {
+            isNew = true;
+            break;
+        }
+        rest = slot->position;
+    }
+    if (!isNew) {
+        return true;
+    }
+    // One all-zero word must remain behind the entry.
+    const size_t needed = (usedWords_ + words + 1) * wordSize;
+    if (needed > tableBytes_ && !growTable(needed)) {
+        return false;
+    }
+    writeEntry(table_.get() + usedBytes(), string);
+    rest = 0;
+    for (size_t place = words; place-- > 0;) {
+        const uint32_t word = entryWord(string, place);
+        Slot *slot = lookUp(word, rest);
+        if (slot->position == 0) {
+            *slot = {word, rest, static_cast<uint32_t>(usedWords_ + place + 1), 0};
+            ++usedSlots_;
+        }
+        rest = slot->position;
+    }
+    usedWords_ += words;
+    return true;
+}
+
+NameTable::Slot *NameTable::findSlot(std::string_view string) const {
+    Slot *slot = nullptr;
+    uint32_t rest = 0;
+    for (size_t place = entrySize(string.size()) / wordSize; place-- > 0;) {
+        slot = lookUp(entryWord(string, place), rest);
+        rest = slot->position;
+    }
+    return slot;
+}
+
+size_t NameTable::find(std::string_view string) const {
+    return findSlot(string)->offset();
+}
+
+size_t NameTable::findInTag(std::string_view name, uint32_t tagNumber, bool &isRepeated) {
+    Slot *slot = findSlot(name);
+    isRepeated = slot->tag == tagNumber;
+    slot->tag = tagNumber;
+    return slot->offset();
+}
+
+} // namespace velda::xmlp

@@ -1,0 +1,85 @@
+// A parse from the first byte to the finished tree: declaration, check, builder.
+
+#include "xmlp/chars.h"
+#include "xmlp/memory.h"
+#include "xmlp/report.h"
+#include "xmlp/static_tree.h"
+#include "xmlp/xmlp_internal.h"
+
+#include <cstring>
+#include <string_view>
+
+using namespace velda::xmlp;
+
+namespace {
+
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
+void skipWhiteSpace(std::string_view &text) {
+    while (!text.empty() && isOf(text.front(), whiteSpaceByte)) {
+        text.remove_prefix(1);
+    }
+}
+
+} // namespace
+
+XMLP_TREE *xmlp_parse(const char *xmlBuf, uint32_t len, uint32_t isStatic) {
+    if (xmlBuf == nullptr) {
+        XMLP_REPORT("xmlBuf is null.");
+        return nullptr;
+    }
+    Owned<XMLP_TREE> tree(static_cast<XMLP_TREE *>(std::calloc(1, sizeof(XMLP_TREE))));
+    if (tree == nullptr) {
+        XMLP_REPORT("malloc failed.");
+        return nullptr;
+    }
+    tree->isStatic = isStatic;
+
+    std::string_view text(xmlBuf, len);
+    if (startsWith(text, byteOrderMark)) {
+        text.remove_prefix(byteOrderMark.size());
+    }
+    skipWhiteSpace(text);
+    Owned<char> header;
+    if (startsWith(text, "<?")) {
+        const size_t close = text.find("?>", 2);
+        if (close == std::string_view::npos) {
+            XMLP_REPORT("error in xml header.");
+            return nullptr;
+        }
+        text.remove_prefix(close + 2);
+        const auto headerLen = static_cast<uint32_t>(text.data() - xmlBuf);
+        header = allocate<char>(headerLen);
+        if (header == nullptr) {
+            XMLP_REPORT("malloc failed.");
+            return nullptr;
+        }
+        std::memcpy(header.get(), xmlBuf, headerLen);
+        tree->headerLen = headerLen;
+    }
+    skipWhiteSpace(text);
+
+    if (_checkXml(text.data(), text.data() + text.size()) != 0) {
+        return nullptr;
+    }
+    tree->rootNode = isStatic != 0 ? buildStaticTree(text, len) : nullptr;
+    if (tree->rootNode == nullptr) {
+        return nullptr;
+    }
+    tree->header = header.release();
+    return tree.release();
+}
+
+XMLP_DOC *xmlp_xml2Tree(const char *xmlBuf, uint32_t len, uint32_t isStatic) {
+    if (xmlBuf == nullptr) {
+        XMLP_REPORT("xmlBuf is null.");
+        return nullptr;
+    }
+    auto doc = allocate<XMLP_DOC>(sizeof(XMLP_DOC));
+    if (doc == nullptr) {
+        XMLP_REPORT("malloc failed.");
+        return nullptr;
+    }
+    doc->tree = xmlp_parse(xmlBuf, len, isStatic);
+    return doc->tree != nullptr ? doc.release() : nullptr;
+}

@@ -1,0 +1,17 @@
+#include "xmlp/scan.h"
+
+#include "xmlp/chars.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace velda::xmlp {
+
+const char *findMarkup(const char *position, const char *end) {
+    while (position < end && *position != '<' && *position != '>') {
+        position += std::min<std::ptrdiff_t>(characterLength(*position), end - position);
+    }
+    return position;
+}
+
+} // namespace velda::xmlp

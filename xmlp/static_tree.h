@@ -1,0 +1,13 @@
+#pragma once
+
+#include "xmlp/xmlp.h"
+
+#include <string_view>
+
+namespace velda::xmlp {
+
+// Builds the static tree of a body that passed the check. `textLength` is the length of the whole
+// text. Null, with nothing allocated, when it can't be built.
+XMLP_NODE *buildStaticTree(std::string_view body, uint32_t textLength);
+
+} // namespace velda::xmlp
