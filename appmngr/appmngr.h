@@ -1,0 +1,219 @@
+/*
+ * The application database: which applications a device's traffic classification knows, the types
+ * they belong to, and the packet rules and DNS keywords by which each is recognised.
+ *
+ * The module loads the database from an image file into one model in static storage, which stays
+ * until the next load, and writes it out. In order of use:
+ *
+ *     appmngr_checkDbPath("db.img")  ->  appmngr_load_database()  ->  appmngr_saveIdAndName("list")
+ *
+ * It is not reentrant and belongs to one thread. Calls that return int give 0 when they are done
+ * and -1 when they fail unless told otherwise. Failures are told on standard output, one line at
+ * each function that hands them up: "[Error](function) number: message".
+ */
+#ifndef VELDA_APPMNGR_APPMNGR_H
+#define VELDA_APPMNGR_APPMNGR_H
+
+#include "common/common.h"
+#include "xmlp/xmlp.h"
+
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ---- Sizes ----------------------------------------------------------------------------------- */
+
+/* The database image (docs/database-format.md). All sizes and offsets in bytes. */
+enum {
+    APPMNGR_IMAGE_SIZE = 65536,    /* what is read of the file */
+    APPMNGR_IMAGE_LENGTH_SIZE = 4, /* the big-endian block length at its start */
+    APPMNGR_BLOCK_SIZE_MAX = APPMNGR_IMAGE_SIZE - APPMNGR_IMAGE_LENGTH_SIZE,
+    APPMNGR_BLOCK_PROPERTIES = 1,   /* in the block: LZMA properties, 5 bytes */
+    APPMNGR_BLOCK_TEXT_SIZE = 6,    /* in the block: size of the text, little-endian */
+    APPMNGR_BLOCK_HEADER_SIZE = 14, /* then the LZMA stream */
+    APPMNGR_DB_XML_SIZE = 0x32000,  /* the text and its terminator fit this */
+    APPMNGR_DESC_XML_SIZE = 0xC800  /* the same for a description document */
+};
+
+/* Texts and limits of the model. A text field holds one byte less than its size. */
+enum {
+    APPMNGR_NAME_SIZE = 128,
+    APPMNGR_VERSION_SIZE = 12,
+    APPMNGR_MODEL_SIZE = 32,
+    APPMNGR_EXPIRED_SIZE = 32,
+    APPMNGR_DPI_TYPE_SIZE = 16,
+    APPMNGR_DPI_CODE_SIZE = 256,
+    APPMNGR_DNS_KEYWORD_SIZE = 16,
+    APPMNGR_APP_TYPES_MAX = 64,
+    APPMNGR_NODE_TEXT_SIZE = 512 /* longer texts of elements count as missing */
+};
+
+/* ---- Records --------------------------------------------------------------------------------- */
+
+/* All texts are NUL-terminated and zero-filled. */
+
+/* One application. */
+typedef struct {
+    int32_t id;
+    int32_t visible; /* as written in the database */
+    char name[APPMNGR_NAME_SIZE];
+} APPMNGR_APP;
+
+/* One application type. */
+typedef struct {
+    int32_t id;
+    char name[APPMNGR_NAME_SIZE];
+    APPMNGR_APP_BITMAP appBitmap; /* the identifiers of the applications that belong to it */
+} APPMNGR_APPTYPE;
+
+/* What packets of one direction of a flow look like. */
+typedef struct {
+    int32_t enable;
+    int32_t start; /* of the packet segment */
+    int32_t end;
+    int32_t minlength; /* bound on the packet's length */
+    char dpiType[APPMNGR_DPI_TYPE_SIZE];
+    char dpiCode[APPMNGR_DPI_CODE_SIZE];
+} APPMNGR_FEATURE;
+
+/* One packet rule; a rule of the document with several tuples becomes several records. */
+typedef struct {
+    int32_t appid;
+    uint32_t sip; /* source and destination IPv4 address, network byte order; 0 for any */
+    uint32_t dip;
+    uint16_t sport; /* source and destination port, host byte order */
+    uint16_t dport;
+    uint8_t proto;         /* IP protocol number: 6, 17 or 1 */
+    APPMNGR_FEATURE orig;  /* the originating direction, element "ori" */
+    APPMNGR_FEATURE reply; /* the reply direction, element "rep" */
+} APPMNGR_RULE;
+
+/* One DNS keyword of an application. */
+typedef struct {
+    int32_t appid;
+    char dnsKw[APPMNGR_DNS_KEYWORD_SIZE];
+} APPMNGR_DNS_RULE;
+
+/* The database's header, its rules and its types. */
+typedef struct {
+    char ver[APPMNGR_VERSION_SIZE];
+    char proModel[APPMNGR_MODEL_SIZE];
+    char expired[APPMNGR_EXPIRED_SIZE];
+    uint32_t appCount;
+    uint32_t ruleCount;
+    APPMNGR_RULE *rule;
+    uint32_t appTypeCount;
+    APPMNGR_APPTYPE *appType;
+} APPMNGR_APPDB;
+
+/* All DNS keywords; `rule` is null when there are none. */
+typedef struct {
+    uint32_t count;
+    APPMNGR_DNS_RULE *rule;
+} APPMNGR_APPDNS;
+
+/* What a description document would say of an application or a type. */
+typedef struct {
+    int32_t id;
+    char name[APPMNGR_NAME_SIZE];
+} APPMNGR_DESC;
+
+/* Room for a description document. Its elements are counted; nothing fills it yet. */
+typedef struct {
+    uint32_t appCount;
+    APPMNGR_DESC *app;
+    uint32_t appTypeCount;
+    APPMNGR_DESC *appType;
+} APPMNGR_APPDESC;
+
+/* The counts of the counting pass, then the fill cursors: each is the index of the record being
+ * filled and, after the load, how many were filled. */
+typedef struct {
+    uint32_t tupleCnt;
+    uint32_t appCnt;
+    uint32_t appTypeCnt;
+    uint32_t descAppCnt;
+    uint32_t descAppTypeCnt;
+    uint32_t langCnt;
+    uint32_t dnsKwCnt;
+    uint32_t ruleIdx;
+    uint32_t appIdx;
+    uint32_t appTypeIdx;
+    uint32_t dnsKwIdx;
+} APPMNGR_COUNTER;
+
+/* ---- Loading --------------------------------------------------------------------------------- */
+
+/* Remembers the path of the image for later loads (the pointer: keep the text alive) and tries to
+ * open it for reading. The path is remembered even when that fails. */
+int appmngr_checkDbPath(const char *path);
+
+/* Loads the database from the remembered path: resets the model, reads the first 64 KiB of the
+ * file, decompresses the text and fills the model. Elements that can't be used are told and left
+ * out; the load goes on. A database needs an application, a rule tuple and an application type.
+ * On failure nothing is left allocated but what the next reset frees. */
+int appmngr_load_database(void);
+
+/* Frees the model and sets all counts to 0. Always 0. Prints a notice when DNS keywords were held.
+ */
+int appmngr_dbReInit(void);
+
+/* ---- Writing --------------------------------------------------------------------------------- */
+
+/* Replaces the file at `path` by the list of applications: the version of the database, then a line
+ * "id:name" for each. -1 when the file can't be made or closed: "open %s error!" or
+ * "close %s error!" with the path. */
+int appmngr_saveIdAndName(const char *path);
+
+/* Writes the module's stamp, "number#YYYY-MM-DD hh:mm:ss", to `dst` (64 bytes suffice). -1 when
+ * `dst` is null. */
+int appmngr_getStampStr(char *dst);
+
+/* ---- The steps of a load --------------------------------------------------------------------- */
+
+/* Obtains and zeroes the three buffers of a load. On failure none of them is left. */
+int appmngr_file_alloc(void);
+
+/* Frees them. Always 0. */
+int appmngr_file_free(void);
+
+/* Parses the text that the load has decompressed, counts, allocates and fills. -1 when the text is
+ * refused (the XML library tells why) or the model can't be allocated. */
+int appmngr_analyzeDbFile(void);
+
+/* The byte-order mark at the start of `len` bytes: 0 none, 1 EF BB BF, 2 FF FE, 3 FE FF. */
+int appmngr_getBomType(const unsigned char *text, int len);
+
+/* The counting pass over the children of `node`, which stands at the dotted path `parentPath`.
+ * Always 0. */
+int appmngr_parseThroughXML(const char *parentPath, XMLP_NODE *node);
+
+/* One row of a handler table: elements of this name, in any ASCII case, are given to the handler,
+ * with the context word of the walk. `belongs`, where there is one, tells whether an element stands
+ * where the document wants it; one that does not is passed over. A row without name ends a table.
+ */
+typedef struct {
+    const char *name;
+    int (*handler)(XMLP_NODE *node, void *param);
+    int (*belongs)(const XMLP_NODE *node);
+} APPMNGR_HANDLER_INFO;
+
+/* Set and read the table that the walk uses; null between loads. */
+int appmngr_setHandlerInfo(const APPMNGR_HANDLER_INFO *table);
+const APPMNGR_HANDLER_INFO *appmngr_getHandlerInfo(void);
+
+/* Gives every child of `node` to appmngr_childnode_handler, until one is refused. Nesting beyond 64
+ * levels of the walk is passed over. Always 0. */
+int appmngr_xmlnode_handler(XMLP_NODE *node, void *param);
+
+/* Gives an element to the handlers of all rows that bear its name. An element with neither text nor
+ * children is passed over. -1 when no table is set. */
+int appmngr_childnode_handler(XMLP_NODE *node, void *param);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -1,0 +1,323 @@
+// What each element of the database document does to the model.
+//
+// Containers walk their children and pass them the context word; leaves write into the record under
+// the current cursor; cursors advance when a container ends. So the order of the document matters.
+
+#include "appmngr/appmngr_internal.h"
+
+#include <algorithm>
+
+namespace {
+
+// ---- Where an element stands --------------------------------------------------------------------
+
+bool isNamed(const XMLP_NODE *node, const char *name) {
+    return node != nullptr && appmngr_string_safeCaseCmp(node->name, name) == 0;
+}
+
+bool isDocument(const XMLP_NODE *node) {
+    return node != nullptr && node->parent == nullptr;
+}
+
+// The parent of an element, seen through parents of this name that nest in one another.
+const XMLP_NODE *parentBeyond(const XMLP_NODE *node, const char *name) {
+    const XMLP_NODE *parent = node->parent;
+    while (isNamed(parent, name)) {
+        parent = parent->parent;
+    }
+    return parent;
+}
+
+// Only what the counting pass counts may be filled, and it counts along exact paths. An element of
+// these paths that stands elsewhere is not entered, so from the lists down a look at the parent is
+// enough.
+int belongsToDatabase(const XMLP_NODE *node) {
+    return isNamed(node->parent, "AppDB") && isDocument(node->parent->parent) ? 1 : 0;
+}
+
+int belongsToAppList(const XMLP_NODE *node) {
+    return isNamed(node->parent, "appList") ? 1 : 0;
+}
+
+int belongsToAppTypeList(const XMLP_NODE *node) {
+    return isNamed(node->parent, "appTypeList") ? 1 : 0;
+}
+
+int belongsToApp(const XMLP_NODE *node) {
+    return isNamed(node->parent, "app") ? 1 : 0;
+}
+
+int belongsToAppOrType(const XMLP_NODE *node) {
+    return isNamed(node->parent, "app") || isNamed(node->parent, "appType") ? 1 : 0;
+}
+
+int belongsToRuleList(const XMLP_NODE *node) {
+    return isNamed(node->parent, "ruleList") ? 1 : 0;
+}
+
+int belongsToRule(const XMLP_NODE *node) {
+    return isNamed(node->parent, "rule") ? 1 : 0;
+}
+
+int belongsToTupleList(const XMLP_NODE *node) {
+    return isNamed(node->parent, "tupleList") ? 1 : 0;
+}
+
+int belongsToDnsKeywordList(const XMLP_NODE *node) {
+    return isNamed(node->parent, "dnsKwList") ? 1 : 0;
+}
+
+int belongsToTypeIdList(const XMLP_NODE *node) {
+    const bool isInList = isNamed(node->parent, "typeIdList");
+    return isInList && isNamed(parentBeyond(node, "typeIdList"), "app") ? 1 : 0;
+}
+
+// Features stand in a direction of a rule, or in segments within it.
+int belongsToDirection(const XMLP_NODE *node) {
+    const XMLP_NODE *direction = parentBeyond(node, "segment");
+    const bool isDirection = isNamed(direction, "ori") || isNamed(direction, "rep");
+    return isDirection && belongsToRule(direction) != 0 ? 1 : 0;
+}
+
+// ---- Context words and current records ----------------------------------------------------------
+
+void *selector(uintptr_t value) {
+    return reinterpret_cast<void *>(value);
+}
+
+// Null where the cursor has reached what was counted.
+
+APPMNGR_APP *currentApp() {
+    const APPMNGR_COUNTER &counter = g_appmngr_counter;
+    return counter.appIdx < counter.appCnt ? &g_appmngr_app[counter.appIdx] : nullptr;
+}
+
+APPMNGR_APPTYPE *currentAppType() {
+    const uint32_t index = g_appmngr_counter.appTypeIdx;
+    return index < g_appmngr_appDb.appTypeCount ? &g_appmngr_appDb.appType[index] : nullptr;
+}
+
+APPMNGR_RULE *currentRule() {
+    const uint32_t index = g_appmngr_counter.ruleIdx;
+    return index < g_appmngr_appDb.ruleCount ? &g_appmngr_appDb.rule[index] : nullptr;
+}
+
+APPMNGR_FEATURE *currentFeature(const void *param) {
+    APPMNGR_RULE *rule = currentRule();
+    if (rule == nullptr) {
+        return nullptr;
+    }
+    if (param == selector(0)) {
+        return &rule->orig;
+    }
+    return param == selector(1) ? &rule->reply : nullptr;
+}
+
+int setFeatureInt(const XMLP_NODE *node, const void *param, int32_t APPMNGR_FEATURE::*field) {
+    APPMNGR_FEATURE *feature = currentFeature(param);
+    return feature == nullptr ? -1 : _appmngr_getNodeInt(node, &(feature->*field));
+}
+
+template <size_t Size>
+int setFeatureText(const XMLP_NODE *node, const void *param, char (APPMNGR_FEATURE::*field)[Size]) {
+    APPMNGR_FEATURE *feature = currentFeature(param);
+    if (feature == nullptr) {
+        return -1;
+    }
+    _appmngr_getNodeStr(node, feature->*field, Size);
+    return 0;
+}
+
+} // namespace
+
+// ---- The header ---------------------------------------------------------------------------------
+
+int _appmngr_xmlnode_handler_pass(XMLP_NODE *node, void *param) {
+    return appmngr_xmlnode_handler(node, param);
+}
+
+int _appmngr_xmlnode_handler_ver(XMLP_NODE *node, void *) {
+    return _appmngr_getNodeStr(node, g_appmngr_appDb.ver, sizeof g_appmngr_appDb.ver);
+}
+
+int _appmngr_xmlnode_handler_proModel(XMLP_NODE *node, void *) {
+    return _appmngr_getNodeStr(node, g_appmngr_appDb.proModel, sizeof g_appmngr_appDb.proModel);
+}
+
+int _appmngr_xmlnode_handler_expired(XMLP_NODE *node, void *) {
+    return _appmngr_getNodeStr(node, g_appmngr_appDb.expired, sizeof g_appmngr_appDb.expired);
+}
+
+// ---- Applications and types ---------------------------------------------------------------------
+
+int _appmngr_xmlnode_handler_appList(XMLP_NODE *node, void *) {
+    return appmngr_xmlnode_handler(node, selector(0));
+}
+
+int _appmngr_xmlnode_handler_app(XMLP_NODE *node, void *param) {
+    if (currentApp() == nullptr) {
+        return -1;
+    }
+    appmngr_xmlnode_handler(node, param);
+    ++g_appmngr_counter.appIdx;
+    return 0;
+}
+
+int _appmngr_xmlnode_handler_appTypeList(XMLP_NODE *node, void *) {
+    return appmngr_xmlnode_handler(node, selector(1));
+}
+
+int _appmngr_xmlnode_handler_appType(XMLP_NODE *node, void *param) {
+    if (currentAppType() == nullptr) {
+        return -1;
+    }
+    appmngr_xmlnode_handler(node, param);
+    ++g_appmngr_counter.appTypeIdx;
+    return 0;
+}
+
+int _appmngr_xmlnode_handler_id(XMLP_NODE *node, void *param) {
+    APPMNGR_APP *app = currentApp();
+    if (param == selector(0) && app != nullptr) {
+        return _appmngr_getNodeInt(node, &app->id);
+    }
+    APPMNGR_APPTYPE *type = currentAppType();
+    if (param == selector(1) && type != nullptr) {
+        return _appmngr_getNodeInt(node, &type->id);
+    }
+    return -1;
+}
+
+int _appmngr_xmlnode_handler_name(XMLP_NODE *node, void *param) {
+    APPMNGR_APP *app = currentApp();
+    if (param == selector(0) && app != nullptr) {
+        return _appmngr_getNodeStr(node, app->name, sizeof app->name);
+    }
+    APPMNGR_APPTYPE *type = currentAppType();
+    if (param == selector(1) && type != nullptr) {
+        return _appmngr_getNodeStr(node, type->name, sizeof type->name);
+    }
+    return -1;
+}
+
+int _appmngr_xmlnode_handler_visible(XMLP_NODE *node, void *) {
+    APPMNGR_APP *app = currentApp();
+    return app == nullptr ? -1 : _appmngr_getNodeInt(node, &app->visible);
+}
+
+int _appmngr_xmlnode_handler_typeid(XMLP_NODE *node, void *) {
+    const APPMNGR_APP *app = currentApp();
+    int32_t id = 0;
+    if (app == nullptr || _appmngr_getNodeInt(node, &id) != 0) {
+        return -1;
+    }
+    APPMNGR_APPTYPE *type = _appmngr_getAppTypeBydId(id);
+    if (type == nullptr) {
+        appmngr_report(__func__, 1102, "_appmngr_getAppTypeBydId FAILED\n");
+        return -1;
+    }
+    if (app->id < 0 || app->id >= APPMNGR_APP_BITMAP_BITS) {
+        appmngr_report(__func__, 1109, "App id %d can not be a member of type %d\n", app->id, id);
+        return -1;
+    }
+    appmngr_bitmap_set(type->appBitmap, static_cast<uint32_t>(app->id));
+    return 0;
+}
+
+int _appmngr_xmlnode_handler_dnsKw(XMLP_NODE *node, void *) {
+    const APPMNGR_APP *app = currentApp();
+    if (app == nullptr || g_appmngr_counter.dnsKwIdx >= g_appmngr_appDns.count) {
+        return -1;
+    }
+    APPMNGR_DNS_RULE &keyword = g_appmngr_appDns.rule[g_appmngr_counter.dnsKwIdx];
+    keyword.appid = app->id;
+    ++g_appmngr_counter.dnsKwIdx;
+    return _appmngr_getNodeStr(node, keyword.dnsKw, sizeof keyword.dnsKw);
+}
+
+// ---- Rules --------------------------------------------------------------------------------------
+
+int _appmngr_xmlnode_handler_rule(XMLP_NODE *node, void *) {
+    uint32_t tuples = 0;
+    appmngr_xmlnode_handler(node, &tuples);
+    APPMNGR_RULE *rule = currentRule();
+    const APPMNGR_APP *app = currentApp();
+    if (rule == nullptr || app == nullptr) {
+        return -1;
+    }
+    // Each tuple has filled a record of its own; the rest of the rule is the same in all of them.
+    rule->appid = app->id;
+    std::for_each(rule + 1, rule + std::max(tuples, uint32_t{1}), [rule](APPMNGR_RULE &further) {
+        further.appid = rule->appid;
+        further.orig = rule->orig;
+        further.reply = rule->reply;
+    });
+    g_appmngr_counter.ruleIdx += tuples;
+    return 0;
+}
+
+int _appmngr_xmlnode_handler_ori(XMLP_NODE *node, void *) {
+    return appmngr_xmlnode_handler(node, selector(0));
+}
+
+int _appmngr_xmlnode_handler_rep(XMLP_NODE *node, void *) {
+    return appmngr_xmlnode_handler(node, selector(1));
+}
+
+int _appmngr_xmlnode_handler_enable(XMLP_NODE *node, void *param) {
+    return setFeatureInt(node, param, &APPMNGR_FEATURE::enable);
+}
+
+int _appmngr_xmlnode_handler_start(XMLP_NODE *node, void *param) {
+    return setFeatureInt(node, param, &APPMNGR_FEATURE::start);
+}
+
+int _appmngr_xmlnode_handler_end(XMLP_NODE *node, void *param) {
+    return setFeatureInt(node, param, &APPMNGR_FEATURE::end);
+}
+
+int _appmngr_xmlnode_handler_minlength(XMLP_NODE *node, void *param) {
+    return setFeatureInt(node, param, &APPMNGR_FEATURE::minlength);
+}
+
+int _appmngr_xmlnode_handler_dpiType(XMLP_NODE *node, void *param) {
+    return setFeatureText(node, param, &APPMNGR_FEATURE::dpiType);
+}
+
+int _appmngr_xmlnode_handler_dpiCode(XMLP_NODE *node, void *param) {
+    return setFeatureText(node, param, &APPMNGR_FEATURE::dpiCode);
+}
+
+// ---- The vocabulary -----------------------------------------------------------------------------
+
+const APPMNGR_HANDLER_INFO g_appmngr_nodeHandlers[] = {
+    {"AppDB", _appmngr_xmlnode_handler_pass, nullptr},
+    {"ver", _appmngr_xmlnode_handler_ver, nullptr},
+    {"proModel", _appmngr_xmlnode_handler_proModel, nullptr},
+    {"expired", _appmngr_xmlnode_handler_expired, nullptr},
+    {"appList", _appmngr_xmlnode_handler_appList, belongsToDatabase},
+    {"app", _appmngr_xmlnode_handler_app, belongsToAppList},
+    {"id", _appmngr_xmlnode_handler_id, belongsToAppOrType},
+    {"name", _appmngr_xmlnode_handler_name, belongsToAppOrType},
+    {"visible", _appmngr_xmlnode_handler_visible, belongsToApp},
+    {"typeIdList", _appmngr_xmlnode_handler_pass, nullptr},
+    {"typeId", _appmngr_xmlnode_handler_typeid, belongsToTypeIdList},
+    {"ruleList", _appmngr_xmlnode_handler_pass, belongsToApp},
+    {"rule", _appmngr_xmlnode_handler_rule, belongsToRuleList},
+    {"tupleList", _appmngr_xmlnode_handler_pass, belongsToRule},
+    {"tuple", _appmngr_xmlnode_handler_tuple, belongsToTupleList},
+    {"ori", _appmngr_xmlnode_handler_ori, nullptr},
+    {"rep", _appmngr_xmlnode_handler_rep, nullptr},
+    {"enable", _appmngr_xmlnode_handler_enable, belongsToDirection},
+    {"segment", _appmngr_xmlnode_handler_pass, nullptr},
+    {"start", _appmngr_xmlnode_handler_start, belongsToDirection},
+    {"end", _appmngr_xmlnode_handler_end, belongsToDirection},
+    {"minlength", _appmngr_xmlnode_handler_minlength, belongsToDirection},
+    {"dpiType", _appmngr_xmlnode_handler_dpiType, belongsToDirection},
+    {"dpiCode", _appmngr_xmlnode_handler_dpiCode, belongsToDirection},
+    {"appTypeList", _appmngr_xmlnode_handler_appTypeList, belongsToDatabase},
+    {"appType", _appmngr_xmlnode_handler_appType, belongsToAppTypeList},
+    {"dnsKwList", _appmngr_xmlnode_handler_pass, belongsToApp},
+    {"dnsKw", _appmngr_xmlnode_handler_dnsKw, belongsToDnsKeywordList},
+    {nullptr, nullptr, nullptr},
+};

@@ -1,0 +1,97 @@
+// The text of a "tuple" element, "proto ip:port ip:port", becomes the address fields of a rule
+// record.
+
+#include "appmngr/appmngr_internal.h"
+
+#include <arpa/inet.h>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+constexpr size_t tupleTextSize = 64;
+constexpr int fieldCount = 3;
+constexpr int endpointFieldCount = 2;
+constexpr int unknownProtocol = 256;
+
+// Null where `param` is no rule's counter or the record lies beyond what was counted.
+APPMNGR_RULE *ruleRecord(const uint32_t *tuples) {
+    const uint64_t index = uint64_t{g_appmngr_counter.ruleIdx} + *tuples;
+    return index < g_appmngr_appDb.ruleCount ? &g_appmngr_appDb.rule[index] : nullptr;
+}
+
+bool isTupleCounter(const void *param) {
+    constexpr uintptr_t largestSelector = 1;
+    return reinterpret_cast<uintptr_t>(param) > largestSelector;
+}
+
+// An IPv4 address in network byte order; "0" stands for any and is 0.
+bool readAddress(const char *text, uint32_t &address) {
+    if (appmngr_string_match(text, "0") != 0) {
+        address = 0;
+        return true;
+    }
+    return inet_pton(AF_INET, text, &address) == 1;
+}
+
+uint16_t readPort(const char *text) {
+    return static_cast<uint16_t>(std::strtol(text, nullptr, 10));
+}
+
+} // namespace
+
+int _appmngr_xmlnode_handler_tuple(XMLP_NODE *node, void *param) {
+    if (node == nullptr || !isTupleCounter(param)) {
+        return -1;
+    }
+    auto *tuples = static_cast<uint32_t *>(param);
+    APPMNGR_RULE *rule = ruleRecord(tuples);
+    if (rule == nullptr) {
+        return -1;
+    }
+
+    char text[tupleTextSize];
+    if (_appmngr_getNodeStr(node, text, sizeof text) != 0) {
+        appmngr_report(__func__, 1247, "Not tuple string found!\n");
+        return -1;
+    }
+    char *fields[fieldCount + 1];
+    if (appmngr_string_makeSubStrByChar(text, ' ', fieldCount + 1, fields) != fieldCount) {
+        appmngr_report(__func__, 1268, "Not match [proto ip:port ip:port] format!\n");
+        return -1;
+    }
+    const int protocol = appmngr_utils_str2proto(fields[0]);
+    if (protocol == unknownProtocol) {
+        appmngr_report(__func__, 1280, "appmngr_utils_str2proto failed!\n");
+        return -1;
+    }
+    rule->proto = static_cast<uint8_t>(protocol);
+
+    char *endpoint[endpointFieldCount + 1];
+    uint32_t address = 0;
+    if (appmngr_string_makeSubStrByChar(fields[1], ':', endpointFieldCount + 1, endpoint) !=
+        endpointFieldCount) {
+        appmngr_report(__func__, 1295, "ucm_string_makeSubStrByChar failed!\n");
+        return -1;
+    }
+    if (!readAddress(endpoint[0], address)) {
+        appmngr_report(__func__, 1318, "inet_pton failed! str = [%s]\n", endpoint[0]);
+        return -1;
+    }
+    rule->sip = address;
+    rule->sport = readPort(endpoint[1]);
+
+    if (appmngr_string_makeSubStrByChar(fields[2], ':', endpointFieldCount + 1, endpoint) !=
+        endpointFieldCount) {
+        appmngr_report(__func__, 1343, "Analyze the dest pair ip failed!\n");
+        return -1;
+    }
+    if (!readAddress(endpoint[0], address)) {
+        appmngr_report(__func__, 1362, "inet_pton failed, str = [%s]!\n", endpoint[0]);
+        return -1;
+    }
+    rule->dip = address;
+    rule->dport = readPort(endpoint[1]);
+    ++*tuples;
+    return 0;
+}
