@@ -15,6 +15,9 @@ namespace {
 
 constexpr size_t textSizeMax = APPMNGR_DB_XML_SIZE - 1; // the loader adds a terminator
 
+constexpr uint32_t dictionarySize = uint32_t{1} << 18;
+static_assert(dictionarySize >= textSizeMax);
+
 struct CloseFile {
     void operator()(FILE *file) const { std::fclose(file); }
 };
@@ -74,8 +77,8 @@ size_t encodeBlock(std::span<const uint8_t> text, std::span<uint8_t> block) {
     if (lzma_lzma_preset(&options, 9 | LZMA_PRESET_EXTREME)) {
         return 0;
     }
-    // What the loader can use: its text buffer is the dictionary.
-    options.dict_size = APPMNGR_DB_XML_SIZE;
+    // Enough for any text, and a power of two, which is what common .lzma decoders accept.
+    options.dict_size = dictionarySize;
     const lzma_filter filters[] = {{LZMA_FILTER_LZMA1, &options}, {LZMA_VLI_UNKNOWN, nullptr}};
     block[0] = 0;
     if (lzma_properties_encode(filters, &block[APPMNGR_BLOCK_PROPERTIES]) != LZMA_OK) {
