@@ -167,9 +167,62 @@ int appmngr_dbReInit(void);
  * "close %s error!" with the path. */
 int appmngr_saveIdAndName(const char *path);
 
+/* Writes the rules to "database.json" in the current folder, which is replaced:
+ * {"dpi_rules":[...]}, an object for each record. Addresses are the 32 bits as they lie in memory,
+ * as a signed number; texts are not escaped. Says so on standard output, whether all could be
+ * written or not. When the file can't be made, perror tells "open database.json failed!" and the
+ * process ends with 255. */
+int appmngr_createJsonDb(void);
+
 /* Writes the module's stamp, "number#YYYY-MM-DD hh:mm:ss", to `dst` (64 bytes suffice). -1 when
  * `dst` is null. */
 int appmngr_getStampStr(char *dst);
+
+/* ---- The database on the console ------------------------------------------------------------- */
+
+/* Print on standard output and change nothing. Without a database they print headings alone. */
+
+int appmngr_showAppDbXml(void);       /* the text of the database, during a load; 0 */
+int appmngr_showAppDescXml(void);     /* the text of a description document; 0 */
+int appmngr_dumpAppRules(int32_t id); /* the header and the rules of one application; 0 */
+int appmngr_dumpAppDb(void);          /* the header with its counts and all rules; 0 */
+int appmngr_dumpAppList(void);        /* all applications; the last line's puts */
+int appmngr_dumpAppTypeList(void);    /* all types with their members; the last line's puts */
+
+/* ---- The encrypted container ----------------------------------------------------------------- */
+
+/* A database image under DES, sealed by an MD5 digest (docs/container-format.md). */
+typedef struct {
+    uint32_t kind;   /* not read */
+    uint32_t length; /* of the container, in bytes */
+    const void *data;
+} APPMNGR_CONTAINER;
+
+/* Deciphers the `srcLen` bytes of a container into `dst`, whose capacity is *dstLen, and checks the
+ * digest. `dst` needs 8 bytes more than the container. 1, with the header and the data in `dst` and
+ * their length in *dstLen. Else, with a line but for -4:
+ *   -1  an argument is null: "Invalid param!"
+ *   -2  a container of 16 bytes or less, or a capacity that is not larger than it: "invalid length:
+ *       srcLen = [%d] *pDstlen = [%d]"; a length field that reaches beyond what was deciphered:
+ *       "length field [%u] exceeds the [%u] bytes deciphered", *dstLen unchanged
+ *   -3  nothing but a digest, or the capacity is too small: "quelm_des_min_do failed: length =
+ * [%d]" -4  the digest does not match; `dst` holds the deciphered bytes, *dstLen is set */
+int32_t appmngr_decrypt(void *dst, uint32_t *dstLen, const void *src, uint32_t srcLen);
+
+/* Deciphers a container into the module's work buffer, validates its header field by field and
+ * makes a database image of it there. The buffer is obtained once and kept. 0      APPMNGR_SUCCESS
+ *   -1     no memory: "alloc memory fail"
+ *   -8979  APPMNGR_ERR_FILE_CHECK: "appmngr_decrypt failed", "Magic code error!",
+ *          "Reserved value error: %d, %d" (the word's offset, 28, and its value)
+ *   -8980  APPMNGR_ERR_FILE_INVALID_LEN: "LEN ERROR AFTER appmngr_decrypt! ..."
+ *   -8978  APPMNGR_ERR_FILE_INVALID_VERSION: "AppDesc Invalid version: [%s]!"; `versionOut`, which
+ *          must not be null, gets the five characters "1.2.x" without a terminator
+ *   -8991  APPMNGR_ERR_SIZE_LARGE: "the app db file is too long:%u" */
+int32_t appmngr_db_writeAppDbFromDatabase(APPMNGR_CONTAINER container, char *versionOut);
+
+/* 1 when a version text begins as the module's own does, to the dot behind its minor number; else
+ * 0, also when either is null, and else again with "1.2.x", five characters, in `versionOut`. */
+int appmngr_db_checkVersion(const char *versionText, char *versionOut);
 
 /* ---- The steps of a load --------------------------------------------------------------------- */
 

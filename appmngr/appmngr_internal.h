@@ -29,6 +29,9 @@ extern unsigned char *g_appmngr_flashBuf;
 extern char *g_appmngr_appDbXml;
 extern char *g_appmngr_appDescXml;
 
+/* Where containers are deciphered; null before the first one, then kept. */
+extern unsigned char *g_appmngr_decryptBuf;
+
 /* The model. */
 extern APPMNGR_APPDB g_appmngr_appDb;
 extern APPMNGR_APP *g_appmngr_app;

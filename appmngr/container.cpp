@@ -1,0 +1,148 @@
+// The encrypted container: a database image behind a header, sealed by a digest and enciphered.
+
+#include "appmngr/appmngr_internal.h"
+#include "crypto/quelm.h"
+
+#include <arpa/inet.h>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+unsigned char *g_appmngr_decryptBuf;
+
+namespace {
+
+constexpr uint8_t containerKey[QUELM_DES_KEY_SIZE] = {0x5C, 0x1E, 0x93, 0xA7,
+                                                      0x02, 0x6B, 0xD8, 0xF4};
+
+// The deciphered container: digest, header, data. The digest covers all that follows it.
+constexpr uint32_t digestSize = QUELM_MD5_SIZE;
+constexpr uint32_t headerSize = 16;
+
+// Offsets in the header.
+constexpr size_t versionOffset = 4; // of four bytes, the first one unused
+constexpr size_t magicOffset = 8;
+constexpr size_t reservedOffset = 12;
+
+constexpr uint32_t magicCode = 0x04000001;
+
+constexpr char currentVersion[] = "1.2.0";
+constexpr size_t comparedVersionSize = 4; // any patch level will do
+
+uint32_t loadBigEndian(const uint8_t *bytes) {
+    uint32_t value = 0;
+    std::memcpy(&value, bytes, sizeof value);
+    return ntohl(value);
+}
+
+void storeBigEndian(uint8_t *bytes, uint32_t value) {
+    const uint32_t ordered = htonl(value);
+    std::memcpy(bytes, &ordered, sizeof ordered);
+}
+
+// The length is held against what was deciphered before anything trusts it.
+bool reaches(uint32_t deciphered, uint32_t dataLength) {
+    return uint64_t{digestSize} + headerSize + dataLength <= deciphered;
+}
+
+} // namespace
+
+int32_t appmngr_decrypt(void *dst, uint32_t *dstLen, const void *src, uint32_t srcLen) {
+    if (src == nullptr || dst == nullptr || dstLen == nullptr) {
+        appmngr_report(__func__, 2647, "Invalid param!\n");
+        return -1;
+    }
+    const uint32_t capacity = *dstLen;
+    if (srcLen <= digestSize || capacity <= srcLen) {
+        appmngr_report(__func__, 2654, "invalid length: srcLen = [%d] *pDstlen = [%d]\n",
+                       static_cast<int>(srcLen), static_cast<int>(capacity));
+        return -2;
+    }
+    auto *text = static_cast<uint8_t *>(dst);
+    std::memset(text, 0, capacity);
+    const auto deciphered = static_cast<uint32_t>(quelm_des_min_do(
+        src, static_cast<int32_t>(srcLen), text, static_cast<int32_t>(capacity), containerKey, 0));
+    if (deciphered <= digestSize) {
+        appmngr_report(__func__, 2676, "quelm_des_min_do failed: length = [%d]\n",
+                       static_cast<int>(deciphered));
+        return -3;
+    }
+    const uint32_t dataLength = loadBigEndian(text + digestSize);
+    if (!reaches(deciphered, dataLength)) {
+        appmngr_report(__func__, 2684, "length field [%u] exceeds the [%u] bytes deciphered\n",
+                       dataLength, deciphered);
+        return -2;
+    }
+    const uint32_t sealedSize = headerSize + dataLength;
+    *dstLen = sealedSize;
+    if (quelm_md5_check(text, text + digestSize, static_cast<int32_t>(sealedSize)) == 0) {
+        return -4;
+    }
+    std::memmove(text, text + digestSize, sealedSize);
+    return 1;
+}
+
+int appmngr_db_checkVersion(const char *versionText, char *versionOut) {
+    if (versionText == nullptr || versionOut == nullptr) {
+        return 0;
+    }
+    if (std::strncmp(versionText, currentVersion, comparedVersionSize) == 0) {
+        return 1;
+    }
+    std::memcpy(versionOut, currentVersion, comparedVersionSize);
+    versionOut[comparedVersionSize] = 'x';
+    return 0;
+}
+
+int32_t appmngr_db_writeAppDbFromDatabase(APPMNGR_CONTAINER container, char *versionOut) {
+    if (g_appmngr_decryptBuf == nullptr) {
+        g_appmngr_decryptBuf =
+            static_cast<unsigned char *>(std::malloc(g_appmngr_dbLayout.appDbXmlSize));
+    }
+    if (g_appmngr_decryptBuf == nullptr) {
+        appmngr_report(__func__, 2754, "alloc memory fail\n");
+        return -1;
+    }
+    uint8_t *work = g_appmngr_decryptBuf;
+    uint32_t workLength = g_appmngr_dbLayout.appDbXmlSize;
+    if (appmngr_decrypt(work, &workLength, container.data, container.length) <= 0) {
+        appmngr_report(__func__, 2761, "appmngr_decrypt failed\n");
+        return APPMNGR_ERR_FILE_CHECK;
+    }
+    const uint32_t dataLength = loadBigEndian(work);
+    if (workLength - headerSize != dataLength) {
+        appmngr_report(__func__, 2771,
+                       "LEN ERROR AFTER appmngr_decrypt! lenBigEndian = %d, dstLen = %d\n",
+                       static_cast<int>(dataLength), static_cast<int>(workLength));
+        return APPMNGR_ERR_FILE_INVALID_LEN;
+    }
+    const uint8_t *version = work + versionOffset;
+    char versionText[APPMNGR_VERSION_SIZE];
+    std::snprintf(versionText, sizeof versionText, "%u.%u.%u", unsigned{version[1]},
+                  unsigned{version[2]}, unsigned{version[3]});
+    if (appmngr_db_checkVersion(versionText, versionOut) == 0) {
+        appmngr_report(__func__, 2784, "AppDesc Invalid version: [%s]!\n", versionText);
+        return APPMNGR_ERR_FILE_INVALID_VERSION;
+    }
+    const uint32_t magic = loadBigEndian(work + magicOffset);
+    if (magic != magicCode && magic != 0) {
+        appmngr_report(__func__, 2807, "Magic code error!\n");
+        return APPMNGR_ERR_FILE_CHECK;
+    }
+    int32_t reserved = 0;
+    std::memcpy(&reserved, work + reservedOffset, sizeof reserved);
+    if (reserved != 0) {
+        // Its place in the container, then what stands there.
+        appmngr_report(__func__, 2816, "Reserved value error: %d, %d\n",
+                       static_cast<int>(digestSize + reservedOffset), reserved);
+        return APPMNGR_ERR_FILE_CHECK;
+    }
+    // From the reserved word on, the buffer becomes an image: the length, then the data.
+    storeBigEndian(work + reservedOffset, dataLength);
+    const uint32_t imageSize = dataLength + APPMNGR_IMAGE_LENGTH_SIZE;
+    if (imageSize > g_appmngr_dbLayout.appDbEndOffset - g_appmngr_dbLayout.appDbOffset) {
+        appmngr_report(__func__, 2828, "the app db file is too long:%u\n", imageSize);
+        return APPMNGR_ERR_SIZE_LARGE;
+    }
+    return APPMNGR_SUCCESS;
+}

@@ -1,0 +1,79 @@
+/*
+ * quelm: DES and MD5 operations on buffers, and a sealed form of files built on them.
+ *
+ * All lengths and capacities are signed 32-bit numbers of bytes; a negative length means no bytes.
+ * Nothing is kept between calls, so calls may run on several threads at once.
+ *
+ * DES (FIPS 46-3) and MD5 (RFC 1321) protect nothing of value any more. They are here because the
+ * formats that the device reads are made with them.
+ */
+#ifndef VELDA_CRYPTO_QUELM_H
+#define VELDA_CRYPTO_QUELM_H
+
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+enum { QUELM_DES_BLOCK_SIZE = 8, QUELM_DES_KEY_SIZE = 8, QUELM_MD5_SIZE = 16 };
+
+/* ---- DES (FIPS 46-3) ------------------------------------------------------------------------- */
+
+/* A key is 8 bytes, used as they are: parity bits are ignored, weak keys accepted. `encrypt` is not
+ * 0 to encipher and 0 to decipher. Key schedules and blocks in work are wiped before a call
+ * returns. */
+
+/* ECB mode. Enciphering completes a short last block with zero bytes; deciphering takes whole
+ * blocks only and leaves the rest alone. `output` may be `input`. Gives the number of bytes
+ * written, a multiple of 8. 0, with nothing written, when input, output or key is null or when the
+ * output has not 8 bytes more room than the input is long, in either direction. */
+int32_t quelm_des_min_do(const void *input, int32_t inputLength, void *output,
+                         int32_t outputCapacity, const void *key, int encrypt);
+
+/* PCBC mode: each block is chained with the plaintext and the ciphertext of the one before, the
+ * first with the 8 bytes of `vector`, which is left as it is. Enciphering completes a short last
+ * block with zero bytes, so the output must hold the length rounded up to a multiple of 8;
+ * deciphering takes whole blocks only. Nothing is checked: no argument may be null. Always 1. */
+int32_t quelm_des_pcbc_do(const void *input, void *output, int32_t length, const void *key,
+                          const void *vector, int encrypt);
+
+/* ECB mode in place. Gives the length; 0, with nothing changed, when it is no multiple of 8 or
+ * buffer or key is null. */
+int32_t quelm_des_inplace_do(void *buffer, int32_t length, const void *key, int encrypt);
+
+/* ---- MD5 (RFC 1321) and HMAC-MD5 (RFC 2104) -------------------------------------------------- */
+
+/* Writes the 16-byte MD5 of the data. */
+void quelm_md5_sum(void *digest, const void *data, int32_t length);
+
+/* 1 when the MD5 of the data is the 16 bytes at `expected`, else 0. */
+int quelm_md5_check(const void *expected, const void *data, int32_t length);
+
+/* Writes the 16-byte HMAC-MD5 of the text under a key of any length. */
+void quelm_hmac_md5(const void *text, int32_t textLength, const void *key, int32_t keyLength,
+                    void *digest);
+
+/* ---- Sealed buffers and files ---------------------------------------------------------------- */
+
+/* Enciphering writes the MD5 of the input, then the input in DES-ECB, its last block completed with
+ * zero bytes: 16 + 8 * ceil(length / 8) bytes. Deciphering skips the 16 bytes of the digest and
+ * writes the whole blocks behind it; the digest is not held against them, since it covers the text
+ * without its zero fill, whose length is not recorded.
+ * Gives the number of bytes written. -1, with nothing written, when an argument is null or the
+ * output is too small: it takes the input's length and 24 more to encipher, 8 less to decipher. An
+ * input too short to hold a digest deciphers to 0 bytes. */
+int32_t quelm_md5_des_do(const void *input, int32_t inputLength, void *output,
+                         int32_t outputCapacity, const void *key, int encrypt);
+
+/* The same from file to file, under the library's own key, for inputs of up to 16,382 bytes. 0,
+ * also when the output could not be written whole; -1 when a file can't be opened or read or the
+ * input is larger (in silence). What failed is told by perror: "open input file", "read", "open
+ * output file", "write". */
+int quelm_md5_des_file(const char *inputPath, const char *outputPath, int encrypt);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
