@@ -46,6 +46,7 @@ enum {
     APPMNGR_DPI_TYPE_SIZE = 16,
     APPMNGR_DPI_CODE_SIZE = 256,
     APPMNGR_DNS_KEYWORD_SIZE = 16,
+    APPMNGR_STAMP_SIZE = 96,
     APPMNGR_APP_TYPES_MAX = 64,
     APPMNGR_NODE_TEXT_SIZE = 512 /* longer texts of elements count as missing */
 };
@@ -174,8 +175,8 @@ int appmngr_saveIdAndName(const char *path);
  * process ends with 255. */
 int appmngr_createJsonDb(void);
 
-/* Writes the module's stamp, "number#YYYY-MM-DD hh:mm:ss", to `dst` (64 bytes suffice). -1 when
- * `dst` is null. */
+/* Writes the module's stamp, "number#YYYY-MM-DD hh:mm:ss", to `dst` (APPMNGR_STAMP_SIZE bytes hold
+ * any). -1 when `dst` is null. */
 int appmngr_getStampStr(char *dst);
 
 /* ---- The database on the console ------------------------------------------------------------- */
@@ -244,25 +245,23 @@ int appmngr_getBomType(const unsigned char *text, int len);
 int appmngr_parseThroughXML(const char *parentPath, XMLP_NODE *node);
 
 /* One row of a handler table: elements of this name, in any ASCII case, are given to the handler,
- * with the context word of the walk. `belongs`, where there is one, tells whether an element stands
- * where the document wants it; one that does not is passed over. A row without name ends a table.
- */
+ * with the context word of the walk. A row without name ends a table. */
 typedef struct {
     const char *name;
     int (*handler)(XMLP_NODE *node, void *param);
-    int (*belongs)(const XMLP_NODE *node);
 } APPMNGR_HANDLER_INFO;
 
 /* Set and read the table that the walk uses; null between loads. */
 int appmngr_setHandlerInfo(const APPMNGR_HANDLER_INFO *table);
-const APPMNGR_HANDLER_INFO *appmngr_getHandlerInfo(void);
+APPMNGR_HANDLER_INFO *appmngr_getHandlerInfo(void);
 
 /* Gives every child of `node` to appmngr_childnode_handler, until one is refused. Nesting beyond 64
  * levels of the walk is passed over. Always 0. */
 int appmngr_xmlnode_handler(XMLP_NODE *node, void *param);
 
 /* Gives an element to the handlers of all rows that bear its name. An element with neither text nor
- * children is passed over. -1 when no table is set. */
+ * children is passed over, and so is one of the database document that stands where it does not
+ * belong. -1 when no table is set. */
 int appmngr_childnode_handler(XMLP_NODE *node, void *param);
 
 #ifdef __cplusplus

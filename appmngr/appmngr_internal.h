@@ -45,7 +45,7 @@ extern char g_appmngr_nodeValue[APPMNGR_NODE_TEXT_SIZE];
 
 /* The rows of the database document, and the table that the walk uses now. */
 extern const APPMNGR_HANDLER_INFO g_appmngr_nodeHandlers[];
-extern const APPMNGR_HANDLER_INFO *g_appmngr_handlerInfo;
+extern APPMNGR_HANDLER_INFO *g_appmngr_handlerInfo;
 
 /* ---- Image ----------------------------------------------------------------------------------- */
 
@@ -88,6 +88,9 @@ void _appmngr_putNodeValue(const char *text);
  * destination untouched, when it is missing. */
 int _appmngr_getNodeInt(const XMLP_NODE *node, int32_t *out);
 int _appmngr_getNodeStr(const XMLP_NODE *node, char *dst, uint32_t size);
+
+/* 1 when an element stands where the row of this index in g_appmngr_nodeHandlers wants it. */
+int _appmngr_belongs(uint32_t row, const XMLP_NODE *node);
 
 /* ---- Handlers -------------------------------------------------------------------------------- */
 

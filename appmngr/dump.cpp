@@ -1,6 +1,6 @@
 // The database on the console.
 
-#include "appmngr/appmngr_internal.h"
+#include "appmngr/applications.h"
 
 #include <arpa/inet.h>
 #include <cstdio>
@@ -134,12 +134,12 @@ int appmngr_dumpAppDb(void) {
 }
 
 int appmngr_dumpAppList(void) {
-    const uint32_t count = g_appmngr_counter.appIdx;
-    std::printf("%s\nAll application [cnt = %d]\n\n", tableRule, static_cast<int>(count));
-    for (uint32_t i = 0; i < count; ++i) {
-        const APPMNGR_APP &app = g_appmngr_app[i];
-        std::printf("index = %5d, appid = %5d, visiable = [%d], name = [%s]\n", static_cast<int>(i),
-                    app.id, app.visible, app.name);
+    const auto apps = velda::appmngr::filledApplications();
+    std::printf("%s\nAll application [cnt = %d]\n\n", tableRule, static_cast<int>(apps.size()));
+    int index = 0;
+    for (const APPMNGR_APP &app : apps) {
+        std::printf("index = %5d, appid = %5d, visiable = [%d], name = [%s]\n", index++, app.id,
+                    app.visible, app.name);
     }
     return std::puts(tableRule);
 }

@@ -3,9 +3,10 @@
 // Containers walk their children and pass them the context word; leaves write into the record under
 // the current cursor; cursors advance when a container ends. So the order of the document matters.
 
-#include "appmngr/appmngr_internal.h"
+#include "appmngr/applications.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -31,52 +32,56 @@ const XMLP_NODE *parentBeyond(const XMLP_NODE *node, const char *name) {
 // Only what the counting pass counts may be filled, and it counts along exact paths. An element of
 // these paths that stands elsewhere is not entered, so from the lists down a look at the parent is
 // enough.
-int belongsToDatabase(const XMLP_NODE *node) {
-    return isNamed(node->parent, "AppDB") && isDocument(node->parent->parent) ? 1 : 0;
+// They are the predicates of the table at the end of this file.
+
+bool anywhere(const XMLP_NODE *) {
+    return true;
 }
 
-int belongsToAppList(const XMLP_NODE *node) {
-    return isNamed(node->parent, "appList") ? 1 : 0;
+bool inDatabase(const XMLP_NODE *node) {
+    return isNamed(node->parent, "AppDB") && isDocument(node->parent->parent);
 }
 
-int belongsToAppTypeList(const XMLP_NODE *node) {
-    return isNamed(node->parent, "appTypeList") ? 1 : 0;
+bool inAppList(const XMLP_NODE *node) {
+    return isNamed(node->parent, "appList");
 }
 
-int belongsToApp(const XMLP_NODE *node) {
-    return isNamed(node->parent, "app") ? 1 : 0;
+bool inAppTypeList(const XMLP_NODE *node) {
+    return isNamed(node->parent, "appTypeList");
 }
 
-int belongsToAppOrType(const XMLP_NODE *node) {
-    return isNamed(node->parent, "app") || isNamed(node->parent, "appType") ? 1 : 0;
+bool inApp(const XMLP_NODE *node) {
+    return isNamed(node->parent, "app");
 }
 
-int belongsToRuleList(const XMLP_NODE *node) {
-    return isNamed(node->parent, "ruleList") ? 1 : 0;
+bool inAppOrType(const XMLP_NODE *node) {
+    return inApp(node) || isNamed(node->parent, "appType");
 }
 
-int belongsToRule(const XMLP_NODE *node) {
-    return isNamed(node->parent, "rule") ? 1 : 0;
+bool inRuleList(const XMLP_NODE *node) {
+    return isNamed(node->parent, "ruleList");
 }
 
-int belongsToTupleList(const XMLP_NODE *node) {
-    return isNamed(node->parent, "tupleList") ? 1 : 0;
+bool inRule(const XMLP_NODE *node) {
+    return isNamed(node->parent, "rule");
 }
 
-int belongsToDnsKeywordList(const XMLP_NODE *node) {
-    return isNamed(node->parent, "dnsKwList") ? 1 : 0;
+bool inTupleList(const XMLP_NODE *node) {
+    return isNamed(node->parent, "tupleList");
 }
 
-int belongsToTypeIdList(const XMLP_NODE *node) {
-    const bool isInList = isNamed(node->parent, "typeIdList");
-    return isInList && isNamed(parentBeyond(node, "typeIdList"), "app") ? 1 : 0;
+bool inDnsKwList(const XMLP_NODE *node) {
+    return isNamed(node->parent, "dnsKwList");
+}
+
+bool inTypeIdList(const XMLP_NODE *node) {
+    return isNamed(node->parent, "typeIdList") && isNamed(parentBeyond(node, "typeIdList"), "app");
 }
 
 // Features stand in a direction of a rule, or in segments within it.
-int belongsToDirection(const XMLP_NODE *node) {
+bool inDirection(const XMLP_NODE *node) {
     const XMLP_NODE *direction = parentBeyond(node, "segment");
-    const bool isDirection = isNamed(direction, "ori") || isNamed(direction, "rep");
-    return isDirection && belongsToRule(direction) != 0 ? 1 : 0;
+    return (isNamed(direction, "ori") || isNamed(direction, "rep")) && inRule(direction);
 }
 
 // ---- Context words and current records ----------------------------------------------------------
@@ -88,8 +93,9 @@ void *selector(uintptr_t value) {
 // Null where the cursor has reached what was counted.
 
 APPMNGR_APP *currentApp() {
-    const APPMNGR_COUNTER &counter = g_appmngr_counter;
-    return counter.appIdx < counter.appCnt ? &g_appmngr_app[counter.appIdx] : nullptr;
+    const auto apps = velda::appmngr::countedApplications();
+    const uint32_t index = g_appmngr_counter.appIdx;
+    return index < apps.size() ? &apps[index] : nullptr;
 }
 
 APPMNGR_APPTYPE *currentAppType() {
@@ -290,34 +296,46 @@ int _appmngr_xmlnode_handler_dpiCode(XMLP_NODE *node, void *param) {
 
 // ---- The vocabulary -----------------------------------------------------------------------------
 
+// Every element of the document: its name, its handler and where it belongs.
+#define DATABASE_ELEMENTS(ROW)                  \
+    ROW("AppDB", pass, anywhere)                \
+    ROW("ver", ver, anywhere)                   \
+    ROW("proModel", proModel, anywhere)         \
+    ROW("expired", expired, anywhere)           \
+    ROW("appList", appList, inDatabase)         \
+    ROW("app", app, inAppList)                  \
+    ROW("id", id, inAppOrType)                  \
+    ROW("name", name, inAppOrType)              \
+    ROW("visible", visible, inApp)              \
+    ROW("typeIdList", pass, anywhere)           \
+    ROW("typeId", typeid, inTypeIdList)         \
+    ROW("ruleList", pass, inApp)                \
+    ROW("rule", rule, inRuleList)               \
+    ROW("tupleList", pass, inRule)              \
+    ROW("tuple", tuple, inTupleList)            \
+    ROW("ori", ori, anywhere)                   \
+    ROW("rep", rep, anywhere)                   \
+    ROW("enable", enable, inDirection)          \
+    ROW("segment", pass, anywhere)              \
+    ROW("start", start, inDirection)            \
+    ROW("end", end, inDirection)                \
+    ROW("minlength", minlength, inDirection)    \
+    ROW("dpiType", dpiType, inDirection)        \
+    ROW("dpiCode", dpiCode, inDirection)        \
+    ROW("appTypeList", appTypeList, inDatabase) \
+    ROW("appType", appType, inAppTypeList)      \
+    ROW("dnsKwList", pass, inApp)               \
+    ROW("dnsKw", dnsKw, inDnsKwList)
+
+#define HANDLER_ROW(name, handler, place) {name, _appmngr_xmlnode_handler_##handler},
 const APPMNGR_HANDLER_INFO g_appmngr_nodeHandlers[] = {
-    {"AppDB", _appmngr_xmlnode_handler_pass, nullptr},
-    {"ver", _appmngr_xmlnode_handler_ver, nullptr},
-    {"proModel", _appmngr_xmlnode_handler_proModel, nullptr},
-    {"expired", _appmngr_xmlnode_handler_expired, nullptr},
-    {"appList", _appmngr_xmlnode_handler_appList, belongsToDatabase},
-    {"app", _appmngr_xmlnode_handler_app, belongsToAppList},
-    {"id", _appmngr_xmlnode_handler_id, belongsToAppOrType},
-    {"name", _appmngr_xmlnode_handler_name, belongsToAppOrType},
-    {"visible", _appmngr_xmlnode_handler_visible, belongsToApp},
-    {"typeIdList", _appmngr_xmlnode_handler_pass, nullptr},
-    {"typeId", _appmngr_xmlnode_handler_typeid, belongsToTypeIdList},
-    {"ruleList", _appmngr_xmlnode_handler_pass, belongsToApp},
-    {"rule", _appmngr_xmlnode_handler_rule, belongsToRuleList},
-    {"tupleList", _appmngr_xmlnode_handler_pass, belongsToRule},
-    {"tuple", _appmngr_xmlnode_handler_tuple, belongsToTupleList},
-    {"ori", _appmngr_xmlnode_handler_ori, nullptr},
-    {"rep", _appmngr_xmlnode_handler_rep, nullptr},
-    {"enable", _appmngr_xmlnode_handler_enable, belongsToDirection},
-    {"segment", _appmngr_xmlnode_handler_pass, nullptr},
-    {"start", _appmngr_xmlnode_handler_start, belongsToDirection},
-    {"end", _appmngr_xmlnode_handler_end, belongsToDirection},
-    {"minlength", _appmngr_xmlnode_handler_minlength, belongsToDirection},
-    {"dpiType", _appmngr_xmlnode_handler_dpiType, belongsToDirection},
-    {"dpiCode", _appmngr_xmlnode_handler_dpiCode, belongsToDirection},
-    {"appTypeList", _appmngr_xmlnode_handler_appTypeList, belongsToDatabase},
-    {"appType", _appmngr_xmlnode_handler_appType, belongsToAppTypeList},
-    {"dnsKwList", _appmngr_xmlnode_handler_pass, belongsToApp},
-    {"dnsKw", _appmngr_xmlnode_handler_dnsKw, belongsToDnsKeywordList},
-    {nullptr, nullptr, nullptr},
+    DATABASE_ELEMENTS(HANDLER_ROW){nullptr, nullptr},
 };
+#undef HANDLER_ROW
+
+int _appmngr_belongs(uint32_t row, const XMLP_NODE *node) {
+#define PLACE_OF_ROW(name, handler, place) place,
+    static constexpr bool (*places[])(const XMLP_NODE *) = {DATABASE_ELEMENTS(PLACE_OF_ROW)};
+#undef PLACE_OF_ROW
+    return row < std::size(places) && places[row](node) ? 1 : 0;
+}

@@ -1,6 +1,6 @@
 // The tool's result: the version of the database and one line for each application.
 
-#include "appmngr/appmngr_internal.h"
+#include "appmngr/applications.h"
 
 #include <cstdio>
 
@@ -13,8 +13,8 @@ int appmngr_saveIdAndName(const char *path) {
         return -1;
     }
     std::fprintf(file, "%s\n", g_appmngr_appDb.ver);
-    for (uint32_t i = 0; i < g_appmngr_counter.appIdx; ++i) {
-        std::fprintf(file, "%d:%s\n", g_appmngr_app[i].id, g_appmngr_app[i].name);
+    for (const APPMNGR_APP &app : velda::appmngr::filledApplications()) {
+        std::fprintf(file, "%d:%s\n", app.id, app.name);
         std::fflush(file);
     }
     if (std::fclose(file) != 0) {

@@ -1,6 +1,7 @@
 // The load stage: reading the database image and decompressing the text in it.
 
 #include "appmngr/appmngr_internal.h"
+#include "common/owned.h"
 
 #include <algorithm>
 #include <arpa/inet.h>
@@ -8,7 +9,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <lzma.h>
-#include <memory>
 #include <utility>
 
 APPMNGR_DB_LAYOUT g_appmngr_dbLayout = {APPMNGR_DB_XML_SIZE, APPMNGR_DESC_XML_SIZE, 0,
@@ -18,25 +18,18 @@ unsigned char *g_appmngr_flashBuf;
 char *g_appmngr_appDbXml;
 char *g_appmngr_appDescXml;
 
+using velda::Owned;
+using velda::OwnedFile;
+
 namespace {
 
 constexpr uint32_t propertiesSize = 5;
 constexpr uint32_t streamSizeMin = 5; // the range coder's first bytes
 constexpr uint8_t propertiesByteLimit = 9 * 5 * 5;
 
-struct CloseFile {
-    void operator()(FILE *file) const { std::fclose(file); }
-};
-
-using OwnedFile = std::unique_ptr<FILE, CloseFile>;
-
 OwnedFile openForReading(const char *path) {
     return OwnedFile(path != nullptr ? std::fopen(path, "r") : nullptr);
 }
-
-struct FreeOptions {
-    void operator()(void *options) const { std::free(options); }
-};
 
 class Decoder {
 public:
@@ -53,7 +46,7 @@ public:
         if (result != LZMA_OK) {
             return result;
         }
-        const std::unique_ptr<void, FreeOptions> owner(filters[0].options);
+        const Owned<void> owner(filters[0].options);
         // No distance reaches further back than the text is long, so a larger dictionary, which the
         // properties may ask for, would only be memory.
         auto *options = static_cast<lzma_options_lzma *>(filters[0].options);
@@ -112,12 +105,19 @@ uint32_t decodeBlock(const uint8_t *block, uint32_t blockLength, char *text, uin
     return declaredSize;
 }
 
-// A zeroed buffer in place of whatever `buffer` held.
 template <class Byte>
-bool renew(Byte *&buffer, size_t size) {
-    std::free(buffer);
+bool obtain(Byte *&buffer, size_t size) {
     buffer = static_cast<Byte *>(std::calloc(size, 1));
     return buffer != nullptr;
+}
+
+// A text buffer that is there already is used again.
+bool obtainOrClear(char *&buffer, size_t size) {
+    if (buffer == nullptr) {
+        return obtain(buffer, size);
+    }
+    std::memset(buffer, 0, size);
+    return true;
 }
 
 } // namespace
@@ -128,9 +128,10 @@ int appmngr_checkDbPath(const char *path) {
 }
 
 int appmngr_file_alloc(void) {
-    const bool hasAll = renew(g_appmngr_appDescXml, g_appmngr_dbLayout.appDescXmlSize) &&
-                        renew(g_appmngr_appDbXml, g_appmngr_dbLayout.appDbXmlSize) &&
-                        renew(g_appmngr_flashBuf, APPMNGR_IMAGE_SIZE);
+    std::free(std::exchange(g_appmngr_flashBuf, nullptr));
+    const bool hasAll = obtainOrClear(g_appmngr_appDescXml, g_appmngr_dbLayout.appDescXmlSize) &&
+                        obtainOrClear(g_appmngr_appDbXml, g_appmngr_dbLayout.appDbXmlSize) &&
+                        obtain(g_appmngr_flashBuf, APPMNGR_IMAGE_SIZE);
     if (!hasAll) {
         appmngr_report(__func__, 2400, "malloc memory faild.\n");
         appmngr_file_free();
@@ -161,7 +162,9 @@ int _appmngr_readDbFile(long offset, uint32_t size, void *buf) {
 }
 
 int _appmngr_readAppDb(void) {
-    std::memset(g_appmngr_flashBuf, 0, APPMNGR_IMAGE_SIZE);
+    if (g_appmngr_flashBuf != nullptr) {
+        std::memset(g_appmngr_flashBuf, 0, APPMNGR_IMAGE_SIZE);
+    }
     if (_appmngr_readDbFile(static_cast<long>(g_appmngr_dbLayout.appDbOffset), APPMNGR_IMAGE_SIZE,
                             g_appmngr_flashBuf) == -1) {
         std::perror("read db flash fail\n");

@@ -53,7 +53,8 @@ bool obtainAppDb(const APPMNGR_COUNTER &counted) {
 } // namespace
 
 int _appmngr_alloc_for_appdb(void) {
-    if (g_appmngr_appDb.ruleCount != 0 && g_appmngr_appDb.rule != nullptr) {
+    if (g_appmngr_appDb.rule != nullptr || g_appmngr_appDb.appType != nullptr ||
+        g_appmngr_app != nullptr || g_appmngr_appDns.rule != nullptr) {
         _appmngr_free_for_appdb();
     }
     g_appmngr_appDb.ruleCount = g_appmngr_counter.tupleCnt;
@@ -115,8 +116,7 @@ int appmngr_getStampStr(char *dst) {
     if (dst == nullptr) {
         return -1;
     }
-    constexpr size_t stampSizeMax = 96;
-    std::snprintf(dst, stampSizeMax, "%d#%04d-%02d-%02d %02d:%02d:%02d", stamp.number, stamp.year,
-                  stamp.month, stamp.day, stamp.hour, stamp.minute, stamp.second);
+    std::snprintf(dst, APPMNGR_STAMP_SIZE, "%d#%04d-%02d-%02d %02d:%02d:%02d", stamp.number,
+                  stamp.year, stamp.month, stamp.day, stamp.hour, stamp.minute, stamp.second);
     return 0;
 }

@@ -12,7 +12,6 @@ namespace {
 constexpr size_t tupleTextSize = 64;
 constexpr int fieldCount = 3;
 constexpr int endpointFieldCount = 2;
-constexpr int unknownProtocol = 256;
 
 // Null where `param` is no rule's counter or the record lies beyond what was counted.
 APPMNGR_RULE *ruleRecord(const uint32_t *tuples) {
@@ -61,7 +60,7 @@ int _appmngr_xmlnode_handler_tuple(XMLP_NODE *node, void *param) {
         return -1;
     }
     const int protocol = appmngr_utils_str2proto(fields[0]);
-    if (protocol == unknownProtocol) {
+    if (protocol == APPMNGR_PROTO_UNKNOWN) {
         appmngr_report(__func__, 1280, "appmngr_utils_str2proto failed!\n");
         return -1;
     }

@@ -7,7 +7,7 @@
 #include <cstring>
 #include <memory>
 
-const APPMNGR_HANDLER_INFO *g_appmngr_handlerInfo;
+APPMNGR_HANDLER_INFO *g_appmngr_handlerInfo;
 
 namespace {
 
@@ -17,7 +17,7 @@ struct ReleaseDoc {
 
 using OwnedDoc = std::unique_ptr<XMLP_DOC, ReleaseDoc>;
 
-// Containers may nest in one another without end; no real document needs a tenth of this.
+// Containers may nest in one another without end; real documents need eight levels.
 constexpr int walkDepthMax = 64;
 constinit int walkDepth = 0;
 
@@ -94,11 +94,12 @@ int appmngr_analyzeDbFile(void) {
 }
 
 int appmngr_setHandlerInfo(const APPMNGR_HANDLER_INFO *table) {
-    g_appmngr_handlerInfo = table;
+    // Nothing here writes to a table; the getter's type is the one that callers know.
+    g_appmngr_handlerInfo = const_cast<APPMNGR_HANDLER_INFO *>(table);
     return 0;
 }
 
-const APPMNGR_HANDLER_INFO *appmngr_getHandlerInfo(void) {
+APPMNGR_HANDLER_INFO *appmngr_getHandlerInfo(void) {
     return g_appmngr_handlerInfo;
 }
 
@@ -120,15 +121,16 @@ int appmngr_childnode_handler(XMLP_NODE *node, void *param) {
     if (node == nullptr || node->type == XMLP_TYPE_NONE) {
         return 0;
     }
-    const APPMNGR_HANDLER_INFO *row = appmngr_getHandlerInfo();
-    if (row == nullptr) {
+    const APPMNGR_HANDLER_INFO *table = appmngr_getHandlerInfo();
+    if (table == nullptr) {
         appmngr_report(__func__, 1894, "Null pHandlerInfo\n");
         return -1;
     }
-    for (; row->name != nullptr; ++row) {
-        if (row->handler != nullptr && appmngr_string_safeCaseCmp(row->name, node->name) == 0 &&
-            (row->belongs == nullptr || row->belongs(node) != 0)) {
-            row->handler(node, param);
+    for (uint32_t row = 0; table[row].name != nullptr; ++row) {
+        const APPMNGR_HANDLER_INFO &info = table[row];
+        if (info.handler != nullptr && appmngr_string_safeCaseCmp(info.name, node->name) == 0 &&
+            (table != g_appmngr_nodeHandlers || _appmngr_belongs(row, node) != 0)) {
+            info.handler(node, param);
         }
     }
     return 0;

@@ -82,8 +82,10 @@ int appmngr_string_escape(char *dst, const char *src);
 
 /* ---- Protocols ------------------------------------------------------------------------------- */
 
+enum { APPMNGR_PROTO_UNKNOWN = 256 };
+
 /* The number of a protocol name in any ASCII case: "tcp" 6, "udp" 17, "icmp" 1. Any other name, or
- * null, prints "Unknown protocol!" and gives 256. */
+ * null, prints "Unknown protocol!" and gives APPMNGR_PROTO_UNKNOWN. */
 int appmngr_utils_str2proto(const char *name);
 
 /* The name of protocol 6, 17 or 1; "unknown" for any other number. A constant text. */

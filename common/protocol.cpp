@@ -4,8 +4,6 @@
 
 namespace {
 
-constexpr int unknownProtocol = 256;
-
 struct Protocol {
     const char *name;
     int number;
@@ -22,7 +20,7 @@ int appmngr_utils_str2proto(const char *name) {
         }
     }
     std::puts("Unknown protocol!\r");
-    return unknownProtocol;
+    return APPMNGR_PROTO_UNKNOWN;
 }
 
 const char *appmngr_utils_proto2str(int proto) {

@@ -1,6 +1,7 @@
 #include "tools/pack.h"
 
 #include "appmngr/appmngr.h"
+#include "common/owned.h"
 #include "tools/replace_file.h"
 
 #include <array>
@@ -9,6 +10,7 @@
 #include <cstring>
 #include <lzma.h>
 #include <memory>
+#include <optional>
 #include <span>
 
 namespace {
@@ -17,10 +19,6 @@ constexpr size_t textSizeMax = APPMNGR_DB_XML_SIZE - 1; // the loader adds a ter
 
 constexpr uint32_t dictionarySize = uint32_t{1} << 18;
 static_assert(dictionarySize >= textSizeMax);
-
-struct CloseFile {
-    void operator()(FILE *file) const { std::fclose(file); }
-};
 
 struct EndStream {
     void operator()(lzma_stream *stream) const { lzma_end(stream); }
@@ -32,7 +30,7 @@ void complain(const char *path, const char *reason) {
 
 // The document in `buffer`; empty when it can't be read or no image can carry it.
 std::span<const uint8_t> readText(const char *path, std::span<uint8_t> buffer) {
-    const std::unique_ptr<FILE, CloseFile> file(std::fopen(path, "rb"));
+    const velda::OwnedFile file(std::fopen(path, "rb"));
     if (file == nullptr) {
         complain(path, std::strerror(errno));
         return {};
@@ -70,34 +68,40 @@ void storeLittleEndian(uint8_t *bytes, uint64_t value) {
     }
 }
 
-// Writes the block header and the LZMA stream of a text. The size of the block; 0 when it is larger
-// than the room for it or can't be encoded.
-size_t encodeBlock(std::span<const uint8_t> text, std::span<uint8_t> block) {
+// Writes the block header and the LZMA stream of a text. The size of the block, 0 when it is larger
+// than the room for it, or nothing when it can't be encoded.
+std::optional<size_t> encodeBlock(std::span<const uint8_t> text, std::span<uint8_t> block) {
     lzma_options_lzma options;
     if (lzma_lzma_preset(&options, 9 | LZMA_PRESET_EXTREME)) {
-        return 0;
+        return std::nullopt;
     }
     // Enough for any text, and a power of two, which is what common .lzma decoders accept.
     options.dict_size = dictionarySize;
     const lzma_filter filters[] = {{LZMA_FILTER_LZMA1, &options}, {LZMA_VLI_UNKNOWN, nullptr}};
     block[0] = 0;
     if (lzma_properties_encode(filters, &block[APPMNGR_BLOCK_PROPERTIES]) != LZMA_OK) {
-        return 0;
+        return std::nullopt;
     }
     storeLittleEndian(&block[APPMNGR_BLOCK_TEXT_SIZE], text.size());
 
     lzma_stream stream = LZMA_STREAM_INIT;
     const std::unique_ptr<lzma_stream, EndStream> owner(&stream);
     if (lzma_raw_encoder(&stream, filters) != LZMA_OK) {
-        return 0;
+        return std::nullopt;
     }
     const auto coded = block.subspan(APPMNGR_BLOCK_HEADER_SIZE);
     stream.next_in = text.data();
     stream.avail_in = text.size();
     stream.next_out = coded.data();
     stream.avail_out = coded.size();
-    const bool isComplete = lzma_code(&stream, LZMA_FINISH) == LZMA_STREAM_END;
-    return isComplete ? APPMNGR_BLOCK_HEADER_SIZE + coded.size() - stream.avail_out : 0;
+    const lzma_ret result = lzma_code(&stream, LZMA_FINISH);
+    if (result == LZMA_OK) { // more to come, and nowhere to put it
+        return 0;
+    }
+    if (result != LZMA_STREAM_END) {
+        return std::nullopt;
+    }
+    return APPMNGR_BLOCK_HEADER_SIZE + coded.size() - stream.avail_out;
 }
 
 } // namespace
@@ -109,13 +113,16 @@ bool packDatabase(const char *xmlPath, const char *imagePath) {
     if (text.empty()) {
         return false;
     }
-    const size_t blockSize =
-        encodeBlock(text, std::span(image).subspan<APPMNGR_IMAGE_LENGTH_SIZE>());
-    if (blockSize == 0) {
+    const auto blockSize = encodeBlock(text, std::span(image).subspan<APPMNGR_IMAGE_LENGTH_SIZE>());
+    if (!blockSize) {
+        complain(xmlPath, "the encoder could not be set up; is there enough memory?");
+        return false;
+    }
+    if (*blockSize == 0) {
         std::fprintf(stderr, "velda-dbtool: %s: the text does not pack into %d bytes\n", xmlPath,
                      static_cast<int>(APPMNGR_BLOCK_SIZE_MAX));
         return false;
     }
-    storeBigEndian(image.data(), static_cast<uint32_t>(blockSize));
-    return replaceFile(imagePath, std::span(image).first(APPMNGR_IMAGE_LENGTH_SIZE + blockSize));
+    storeBigEndian(image.data(), static_cast<uint32_t>(*blockSize));
+    return replaceFile(imagePath, std::span(image).first(APPMNGR_IMAGE_LENGTH_SIZE + *blockSize));
 }

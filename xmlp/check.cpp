@@ -4,42 +4,45 @@
 // instead of recursing. It still prints what a recursive check would: the function that finds the
 // fault prints its line, then every enclosing element adds one.
 
+#include "xmlp/chars.h"
 #include "xmlp/memory.h"
 #include "xmlp/report.h"
 #include "xmlp/scan.h"
 #include "xmlp/tag.h"
 #include "xmlp/xmlp_internal.h"
 
-#include "xmlp/chars.h"
-
 #include <cstring>
 
 namespace velda::xmlp {
 namespace {
 
-// The start tags of the elements whose end tag is still to come, innermost last, as offsets from
-// the outermost one. Shallow documents stay in the fixed part.
+// The start tags of the elements whose end tag is still to come. Those inside the outermost one are
+// kept as offsets from the beginning of its content; shallow documents stay in the fixed part.
 class OpenTags {
 public:
-    explicit OpenTags(const char *outermost) : base_(outermost) { fixed_[0] = 0; }
+    OpenTags(const char *outermost, const char *content)
+        : outermost_(outermost), content_(content) {}
 
-    const char *innermost() const { return base_ + tags()[depth_ - 1]; }
-    size_t depth() const { return depth_; }
-    void pop() { --depth_; }
+    const char *innermost() const {
+        return inner_ == 0 ? outermost_ : content_ + offsets()[inner_ - 1];
+    }
+    // How many elements enclose the innermost one.
+    size_t enclosing() const { return inner_; }
+    void pop() { --inner_; }
 
     bool push(const char *tag) {
-        if (depth_ == capacity_ && !grow()) {
+        if (inner_ == capacity_ && !grow()) {
             return false;
         }
-        tags()[depth_++] = static_cast<uint32_t>(tag - base_);
+        offsets()[inner_++] = static_cast<uint32_t>(tag - content_);
         return true;
     }
 
 private:
     static constexpr size_t fixedDepth = 64;
 
-    uint32_t *tags() { return heap_ != nullptr ? heap_.get() : fixed_; }
-    const uint32_t *tags() const { return heap_ != nullptr ? heap_.get() : fixed_; }
+    uint32_t *offsets() { return heap_ != nullptr ? heap_.get() : fixed_; }
+    const uint32_t *offsets() const { return heap_ != nullptr ? heap_.get() : fixed_; }
 
     bool grow() {
         const auto bytes = CheckedSize(0).add(capacity_, 2 * sizeof(uint32_t)).bytes();
@@ -47,22 +50,23 @@ private:
         if (larger == nullptr) {
             return false;
         }
-        std::memcpy(larger.get(), tags(), depth_ * sizeof(uint32_t));
+        std::memcpy(larger.get(), offsets(), inner_ * sizeof(uint32_t));
         heap_ = std::move(larger);
         capacity_ *= 2;
         return true;
     }
 
-    const char *base_;
-    size_t depth_ = 1;
+    const char *outermost_;
+    const char *content_;
+    size_t inner_ = 0;
     size_t capacity_ = fixedDepth;
-    uint32_t fixed_[fixedDepth];
+    uint32_t fixed_[fixedDepth] = {};
     Owned<uint32_t> heap_;
 };
 
-enum class EndTag { matches, differs, badByte, badStartTag };
+enum class EndTag { matches, matchesWithAttributes, differs, badByte };
 
-// Holds an end tag's name against the start tag's text, whose attributes are checked on the way.
+// Holds an end tag's name against the text of the start tag, whose attributes are not looked at.
 EndTag matchEndTag(const char *name, const char *nameEnd, const char *startTag) {
     for (; name < nameEnd; ++name, ++startTag) {
         if (*name != *startTag) {
@@ -75,7 +79,7 @@ EndTag matchEndTag(const char *name, const char *nameEnd, const char *startTag) 
     if (*startTag == '>') {
         return EndTag::matches;
     }
-    return isOf(*startTag, whiteSpaceByte) ? EndTag::badStartTag : EndTag::differs;
+    return isOf(*startTag, whiteSpaceByte) ? EndTag::matchesWithAttributes : EndTag::differs;
 }
 
 } // namespace
@@ -119,11 +123,11 @@ const char *_subXml(const char *startTag, const char *position, const char *body
     enum class State { content, childTag, endTag };
     State state = State::content;
     const char *tag = nullptr;
-    OpenTags open(startTag);
+    OpenTags open(startTag, position);
 
     const char *const function = __func__;
     const auto passUp = [&open, function]() -> const char * {
-        for (size_t level = open.depth(); level > 1; --level) {
+        for (size_t level = open.enclosing(); level > 0; --level) {
             XMLP_REPORT_FOR(function, "error xml tag.");
         }
         return nullptr;
@@ -146,7 +150,9 @@ const char *_subXml(const char *startTag, const char *position, const char *body
                     return passUp();
                 }
             }
-        } else if (position[-1] == '/') {
+        } else if (state == State::content) {
+            return refuse("error xml tag.");
+        } else if (position[-1] == '/') { // a '<' stands before it
             if (state != State::childTag || _checkNameAttr(tag, '/') != 0) {
                 return refuse("error xml tag.");
             }
@@ -156,7 +162,7 @@ const char *_subXml(const char *startTag, const char *position, const char *body
                 return refuse("malloc failed.");
             }
             state = State::content;
-        } else if (state == State::endTag) {
+        } else {
             switch (matchEndTag(tag, position, open.innermost())) {
             case EndTag::matches:
                 break;
@@ -164,19 +170,17 @@ const char *_subXml(const char *startTag, const char *position, const char *body
                 return refuse("not same tag name.");
             case EndTag::badByte:
                 return refuse("valid tag name.");
-            case EndTag::badStartTag:
+            case EndTag::matchesWithAttributes:
                 if (_checkNameAttr(open.innermost(), '>') != 0) {
                     return passUp();
                 }
                 break;
             }
-            if (open.depth() == 1) {
+            if (open.enclosing() == 0) {
                 return position + 1;
             }
             open.pop();
             state = State::content;
-        } else {
-            return refuse("error xml tag.");
         }
         ++position;
     }

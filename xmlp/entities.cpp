@@ -1,11 +1,10 @@
-#include "xmlp/entities.h"
-
 #include "xmlp/chars.h"
 #include "xmlp/report.h"
 #include "xmlp/xmlp.h"
 
 #include <algorithm>
 #include <cstring>
+#include <string_view>
 
 namespace velda::xmlp {
 namespace {
@@ -58,8 +57,6 @@ bool decode(std::string_view text, Sink sink) {
     return true;
 }
 
-} // namespace
-
 uint64_t escapedLength(std::string_view text) {
     uint64_t length = 0;
     for (const char byte : text) {
@@ -69,6 +66,7 @@ uint64_t escapedLength(std::string_view text) {
     return length;
 }
 
+} // namespace
 } // namespace velda::xmlp
 
 using namespace velda::xmlp;

@@ -81,10 +81,11 @@ bool NameTable::growIndex(size_t moreEntries) {
     size_t count = std::max(slotCount_, firstSlotCount);
     // At most half the slots are ever taken.
     while (count / 2 < usedSlots_ + moreEntries) {
-        if (count > SIZE_MAX / 2 / sizeof(Slot)) {
+        const auto doubled = CheckedSize(0).add(count, 2).bytes();
+        if (!doubled) {
             return false;
         }
-        count *= 2;
+        count = *doubled;
     }
     if (count == slotCount_) {
         return true;
@@ -121,8 +122,8 @@ bool NameTable::intern(std::string_view string) {
         return true;
     }
     // One all-zero word must remain behind the entry.
-    const size_t needed = (usedWords_ + words + 1) * wordSize;
-    if (needed > tableBytes_ && !growTable(needed)) {
+    const auto needed = CheckedSize(usedBytes()).add(words + 1, wordSize).bytes();
+    if (!needed || (*needed > tableBytes_ && !growTable(*needed))) {
         return false;
     }
     writeEntry(table_.get() + usedBytes(), string);

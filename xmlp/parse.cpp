@@ -15,7 +15,8 @@ namespace {
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
-void skipWhiteSpace(std::string_view &text) {
+// Within the text, which need not end where its white space does.
+void dropWhiteSpace(std::string_view &text) {
     while (!text.empty() && isOf(text.front(), whiteSpaceByte)) {
         text.remove_prefix(1);
     }
@@ -39,7 +40,7 @@ XMLP_TREE *xmlp_parse(const char *xmlBuf, uint32_t len, uint32_t isStatic) {
     if (startsWith(text, byteOrderMark)) {
         text.remove_prefix(byteOrderMark.size());
     }
-    skipWhiteSpace(text);
+    dropWhiteSpace(text);
     Owned<char> header;
     if (startsWith(text, "<?")) {
         const size_t close = text.find("?>", 2);
@@ -57,7 +58,7 @@ XMLP_TREE *xmlp_parse(const char *xmlBuf, uint32_t len, uint32_t isStatic) {
         std::memcpy(header.get(), xmlBuf, headerLen);
         tree->headerLen = headerLen;
     }
-    skipWhiteSpace(text);
+    dropWhiteSpace(text);
 
     if (_checkXml(text.data(), text.data() + text.size()) != 0) {
         return nullptr;

@@ -239,9 +239,12 @@ XMLP_NODE *_makeStree(const char *body, uint32_t bodyLen, char *names, char *val
         return nullptr;
     }
     const std::string_view text(body, bodyLen);
-    const auto counts = countBody(text, [](const char *tag, char endCharacter) {
+    auto counts = countBody(text, [](const char *tag, char endCharacter) {
         return internTag(tag, endCharacter, [](std::string_view) { return true; });
     });
+    if (attrs == nullptr) {
+        counts->attributes = 0;
+    }
     SearchedNames searched(names);
     return build(text, searched, *counts, values, attrs, nodes);
 }

@@ -19,7 +19,8 @@ struct TagAttribute {
 };
 
 // Reads the text of a tag from behind its '<' to its end character, '>' or '/', which is recognised
-// before anything else. Never reads past a NUL or a '>'.
+// before anything else. Nothing behind a NUL is read, and, but for the first byte, nothing behind a
+// '>'.
 class TagReader {
 public:
     TagReader(const char *tag, char endCharacter) : position_(tag), end_(endCharacter) {}

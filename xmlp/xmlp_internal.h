@@ -59,8 +59,8 @@ char *_findName(const char *nameTable, const char *string, uint32_t len);
 uint32_t _saveNameAttr(const char *tag, char endCharacter, char *nameTable);
 
 /* Builds a static tree in areas that a counting pass over the same body has sized, and gives its
- * document node, the first record of the node area. Null names, values or nodes, or a null body:
- * "invalid params.". */
+ * document node, the first record of the node area. `attrs` may be null for a body without
+ * attributes. Null names, values or nodes, or a null body: "invalid params.". */
 XMLP_NODE *_makeStree(const char *body, uint32_t bodyLen, char *names, char *values,
                       XMLP_ATTR *attrs, XMLP_NODE *nodes);
 

@@ -132,6 +132,19 @@ TEST_F(Image, CutStreamGivesTheTextBeforeTheCut) {
     EXPECT_EQ(printed, tooSmall);
 }
 
+TEST_F(Image, BuffersOfTextAreUsedAgain) {
+    ASSERT_EQ(appmngr_file_alloc(), 0);
+    char *text = g_appmngr_appDbXml;
+    text[0] = 'x';
+    ASSERT_EQ(appmngr_file_alloc(), 0);
+    EXPECT_EQ(g_appmngr_appDbXml, text);
+    EXPECT_EQ(text[0], '\0');
+    appmngr_file_free();
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(_appmngr_readAppDb(), -1) << "without buffers";
+    EXPECT_EQ(testing::internal::GetCapturedStderr().substr(0, 18), "read db flash fail");
+}
+
 TEST_F(Image, NeedsAFile) {
     EXPECT_EQ(appmngr_checkDbPath("/nowhere/image"), -1);
     EXPECT_STREQ(g_appmngr_dbPath, "/nowhere/image") << "it is remembered all the same";

@@ -113,6 +113,19 @@ TEST_F(Model, TellsWhenItFreesKeywords) {
     EXPECT_EQ(g_appmngr_counter.appIdx, 0u);
 }
 
+TEST_F(Model, IsEmptyWithoutItsArraysWhateverTheCountersSay) {
+    ASSERT_EQ(load(smallDocument()), 0);
+    ASSERT_EQ(g_appmngr_counter.appCnt, 1u);
+    _appmngr_free_for_appdb();
+    EXPECT_EQ(_appmngr_getAppById(1), nullptr);
+    EXPECT_EQ(_appmngr_getAppTypeBydId(1), nullptr);
+    const TemporaryFolder folder;
+    EXPECT_EQ(appmngr_saveIdAndName(folder.path("list").c_str()), 0);
+    EXPECT_EQ(readFile(folder.path("list")), "\n");
+    EXPECT_EQ(_appmngr_alloc_for_appdb(), 0);
+    EXPECT_EQ(_appmngr_alloc_for_appdb(), 0) << "what was obtained before is released";
+}
+
 TEST_F(Model, HasRoomForDescriptions) {
     EXPECT_EQ(_appmngr_alloc_for_appdesc(), -1);
     g_appmngr_counter.descAppCnt = 2;

@@ -206,8 +206,7 @@ TEST_F(Model, CallsEveryRowOfATable) {
         return -1;
     };
     const APPMNGR_HANDLER_INFO table[] = {
-        {"A", handler, nullptr}, {"b", handler, nullptr},     {"a", nullptr, nullptr},
-        {"a", handler, nullptr}, {nullptr, nullptr, nullptr},
+        {"A", handler}, {"b", handler}, {"a", nullptr}, {"a", handler}, {nullptr, nullptr},
     };
     char name[] = "a";
     XMLP_NODE node = {};

@@ -165,6 +165,17 @@ TEST(Dialect, ChecksMillionsOfLevels) {
         << "one line for each element left open, and the check's own";
 }
 
+TEST(Check, TakesStartTagAndContentFromAnywhere) {
+    const std::string startTag = "a>";
+    const auto content = std::make_unique<std::string>("<b><c></c></b></a>rest");
+    const char *end = content->data() + content->size();
+    EXPECT_EQ(_subXml(startTag.data(), content->data(), end), end - 4);
+    const std::vector<char> bracket = {'>'}; // nothing stands before it
+    EXPECT_EQ(
+        linesOf([&] { EXPECT_EQ(_subXml("a>", bracket.data(), bracket.data() + 1), nullptr); }),
+        Lines{"_subXml: error xml tag."});
+}
+
 TEST(Paths, NameElements) {
     const Doc doc = parseStatic("<a><b>1</b><b><c/></b><bc>2</bc></a>");
     ASSERT_NE(doc, nullptr);

@@ -83,6 +83,16 @@ TEST(StaticTree, BuildsInGivenAreas) {
     EXPECT_EQ(treeText(root), "/:B(r:B(a:L[x=1]\"t\"))");
 }
 
+TEST(StaticTree, WritesNoFurtherThanItsAreas) {
+    const std::string body = "<a x=\"1\"/>";
+    char names[64] = {};
+    _saveNameAttr("a x=\"1\"/>", '/', names);
+    char values[1];
+    XMLP_NODE nodes[2];
+    const auto length = static_cast<uint32_t>(body.size());
+    EXPECT_EQ(_makeStree(body.data(), length, names, values, nullptr, nodes), nullptr);
+}
+
 TEST(StaticTree, RefusesBodiesThatNeverPassedTheCheck) {
     for (const std::string body : {"</a>", "<a/></a>", "<a></a></a>", "<a><b<c>"}) {
         std::vector<char> names(64);
