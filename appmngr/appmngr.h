@@ -206,12 +206,14 @@ typedef struct {
  *   -2  a container of 16 bytes or less, or a capacity that is not larger than it: "invalid length:
  *       srcLen = [%d] *pDstlen = [%d]"; a length field that reaches beyond what was deciphered:
  *       "length field [%u] exceeds the [%u] bytes deciphered", *dstLen unchanged
- *   -3  nothing but a digest, or the capacity is too small: "quelm_des_min_do failed: length =
- * [%d]" -4  the digest does not match; `dst` holds the deciphered bytes, *dstLen is set */
+ *   -3  nothing but a digest, or the capacity is too small: "quelm_des_min_do failed:
+ *       length = [%d]"
+ *   -4  the digest does not match; `dst` holds the deciphered bytes, *dstLen is set */
 int32_t appmngr_decrypt(void *dst, uint32_t *dstLen, const void *src, uint32_t srcLen);
 
 /* Deciphers a container into the module's work buffer, validates its header field by field and
- * makes a database image of it there. The buffer is obtained once and kept. 0      APPMNGR_SUCCESS
+ * makes a database image of it there. The buffer is obtained once and kept.
+ *   0      APPMNGR_SUCCESS
  *   -1     no memory: "alloc memory fail"
  *   -8979  APPMNGR_ERR_FILE_CHECK: "appmngr_decrypt failed", "Magic code error!",
  *          "Reserved value error: %d, %d" (the word's offset, 28, and its value)

@@ -11,12 +11,7 @@
 #include <lzma.h>
 #include <utility>
 
-APPMNGR_DB_LAYOUT g_appmngr_dbLayout = {APPMNGR_DB_XML_SIZE, APPMNGR_DESC_XML_SIZE, 0,
-                                        APPMNGR_IMAGE_SIZE};
 const char *g_appmngr_dbPath;
-unsigned char *g_appmngr_flashBuf;
-char *g_appmngr_appDbXml;
-char *g_appmngr_appDescXml;
 
 using velda::Owned;
 using velda::OwnedFile;

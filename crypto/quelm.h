@@ -60,9 +60,10 @@ void quelm_hmac_md5(const void *text, int32_t textLength, const void *key, int32
  * zero bytes: 16 + 8 * ceil(length / 8) bytes. Deciphering skips the 16 bytes of the digest and
  * writes the whole blocks behind it; the digest is not held against them, since it covers the text
  * without its zero fill, whose length is not recorded.
- * Gives the number of bytes written. -1, with nothing written, when an argument is null or the
- * output is too small: it takes the input's length and 24 more to encipher, 8 less to decipher. An
- * input too short to hold a digest deciphers to 0 bytes. */
+ * Gives the number of bytes written. -1, with nothing written, when the output is too small: it takes
+ * the input's length and 24 more to encipher, 8 less to decipher; also when there is nothing to
+ * encipher from or to. An input too short to hold a digest deciphers to 0 bytes, and where
+ * quelm_des_min_do refuses a null argument there is no ciphertext. */
 int32_t quelm_md5_des_do(const void *input, int32_t inputLength, void *output,
                          int32_t outputCapacity, const void *key, int encrypt);
 

