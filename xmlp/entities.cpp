@@ -1,3 +1,5 @@
+#include "xmlp/entities.h"
+
 #include "xmlp/chars.h"
 #include "xmlp/report.h"
 #include "xmlp/xmlp.h"
@@ -57,6 +59,8 @@ bool decode(std::string_view text, Sink sink) {
     return true;
 }
 
+} // namespace
+
 uint64_t escapedLength(std::string_view text) {
     uint64_t length = 0;
     for (const char byte : text) {
@@ -66,7 +70,6 @@ uint64_t escapedLength(std::string_view text) {
     return length;
 }
 
-} // namespace
 } // namespace velda::xmlp
 
 using namespace velda::xmlp;

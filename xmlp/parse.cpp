@@ -1,6 +1,7 @@
 // A parse from the first byte to the finished tree: declaration, check, builder.
 
 #include "xmlp/chars.h"
+#include "xmlp/dynamic_tree.h"
 #include "xmlp/memory.h"
 #include "xmlp/report.h"
 #include "xmlp/static_tree.h"
@@ -63,7 +64,7 @@ XMLP_TREE *xmlp_parse(const char *xmlBuf, uint32_t len, uint32_t isStatic) {
     if (_checkXml(text.data(), text.data() + text.size()) != 0) {
         return nullptr;
     }
-    tree->rootNode = isStatic != 0 ? buildStaticTree(text, len) : nullptr;
+    tree->rootNode = isStatic != 0 ? buildStaticTree(text, len) : buildDynamicTree(text);
     if (tree->rootNode == nullptr) {
         return nullptr;
     }

@@ -1,5 +1,6 @@
 #include "xmlp/tag_records.h"
 
+#include "xmlp/attr_names.h"
 #include "xmlp/report.h"
 
 #include <cstring>
@@ -33,10 +34,6 @@ XMLP_ATTR *newAttr(const TagAttribute &attribute) {
     return attr.release();
 }
 
-bool isInList(const XMLP_ATTR *attrs, std::string_view name) {
-    return xmlp_isAttrNameExist(attrs, name.data(), static_cast<uint32_t>(name.size())) != 0;
-}
-
 } // namespace
 
 char *SearchedNames::find(std::string_view string) const {
@@ -44,7 +41,8 @@ char *SearchedNames::find(std::string_view string) const {
 }
 
 char *SearchedNames::findNew(std::string_view name, const XMLP_ATTR *tagAttrs) const {
-    return isInList(tagAttrs, name) ? nullptr : find(name);
+    const auto length = static_cast<uint32_t>(name.size());
+    return xmlp_isAttrNameExist(tagAttrs, name.data(), length) != 0 ? nullptr : find(name);
 }
 
 char *IndexedNames::findNew(std::string_view name, const XMLP_ATTR *) {
@@ -69,13 +67,15 @@ bool readDynamicTag(const char *tag, char endCharacter, char *&name, XMLP_ATTR *
         return false;
     }
     std::unique_ptr<XMLP_ATTR, FreeAttrs> list;
+    AttrNames names;
     XMLP_ATTR *last = nullptr;
     for (TagAttribute attribute; reader.readAttribute(attribute);) {
-        if (isInList(list.get(), attribute.name)) {
+        const AttrNames::Result added = names.add(attribute.name);
+        if (added == AttrNames::Result::isRepeated) {
             reportRepeatedAttr();
             return false;
         }
-        XMLP_ATTR *attr = newAttr(attribute);
+        XMLP_ATTR *attr = added == AttrNames::Result::isNew ? newAttr(attribute) : nullptr;
         if (attr == nullptr) {
             XMLP_REPORT_FOR(readerName, "malloc failed.");
             return false;

@@ -75,8 +75,31 @@ typedef struct XMLP_DOC {
     XMLP_TREE *tree;
 } XMLP_DOC;
 
+/* A counted value. Handed out, it is the caller's to free, `value` too. */
+typedef struct XMLP_VALUE {
+    uint32_t valueSize; /* in bytes */
+    char *value;        /* null when valueSize is 0 */
+} XMLP_VALUE;
+
+/* An attribute by name and value. */
+typedef struct XMLP_ATTR_PAIR {
+    const char *name; /* NUL-terminated */
+    char *value;      /* NUL-terminated, or null for an attribute without value */
+} XMLP_ATTR_PAIR;
+
+/* A new list member. */
+typedef struct XMLP_ITEM {
+    uint32_t attrCount;
+    const XMLP_ATTR_PAIR *attrs; /* may be null */
+    uint32_t valueSize;
+    const char *value; /* may be null */
+} XMLP_ITEM;
+
 /* As a child index or insert position: the last child. */
 #define XMLP_POS_LAST 0xFFFFFFFFu
+
+/* How positions of list members are given: the first of a range, or each of them. */
+enum { XMLP_POS_RANGE = 0, XMLP_POS_LIST = 1 };
 
 /* The name "item", shared by all list members of dynamic trees and never freed. */
 extern char *const g_xmlp_itemName;
@@ -103,7 +126,6 @@ void xmlp_releaseDoc(XMLP_DOC *doc);
  * instructions. Text beside child elements is dropped; text of an element without children is its
  * value, white space included.
  *
- * Only static trees are built for now; asked for a dynamic one, this gives null.
  *
  * Free the tree with xmlp_destroyXmlTree through a handle, or use xmlp_loadDoc instead.
  *
@@ -125,6 +147,115 @@ XMLP_DOC *xmlp_xml2Tree(const char *xmlBuf, uint32_t len, uint32_t isStatic);
  * first child named a. Null when there is none, without a line; a path that does not begin with a
  * slash names nothing. Null doc or path: "invalid params."; so is an empty name in the path. */
 XMLP_NODE *xmlp_seekXml(const XMLP_DOC *doc, const char *path);
+
+/* ---- Documents by path ----------------------------------------------------------------------- */
+
+/* Every call here takes a document and the path of an element, as xmlp_seekXml reads it. Refusals
+ * come in this order: a null document, path or other pointer that is not said to be optional,
+ * "invalid params."; a call that changes a static document, "static xml."; no such element,
+ * "node not exist."; an element of the wrong type, "error node type."; then those named. A refused
+ * call changes nothing unless told otherwise. All but xmlp_isExist work between the lock hooks. */
+
+/* 1 when the path names an element, else 0. */
+int xmlp_isExist(XMLP_DOC *doc, const char *path);
+
+/* A copy of an element's text, with a NUL added behind its bytes: free its `value` and the record.
+ * For elements without children that are no list members. "malloc failed.". */
+XMLP_VALUE *xmlp_getValue(XMLP_DOC *doc, const char *path);
+
+/* Replaces the text of an element that has one. Then what xmlp_setNodeValue refuses. */
+int xmlp_setValue(XMLP_DOC *doc, const char *path, const void *value, uint32_t valueSize);
+
+/* Renames an element. Then what xmlp_setNodeName refuses. */
+int xmlp_setName(XMLP_DOC *doc, const char *path, const char *name);
+
+/* Adds an element under the one at `path`, so that it becomes the child at `position`. With a value
+ * record (optional, its value too) it holds text, with `attrs` (optional) it has these attributes.
+ * For elements without text or items; one without children becomes a branch even when the rest is
+ * refused, by xmlp_setNodeName, xmlp_setNodeValue, xmlp_addNodeAttr or xmlp_addChildNode. */
+int xmlp_add(XMLP_DOC *doc, const char *path, uint32_t position, const char *name,
+             const XMLP_VALUE *value, const XMLP_ATTR_PAIR *attrs, uint32_t attrCount);
+
+/* How many children an element has; 0 when refused. */
+uint32_t xmlp_getChildCount(XMLP_DOC *doc, const char *path);
+
+/* Deletes an element with all that is under it. "not allow to delete root node.". */
+int xmlp_delete(XMLP_DOC *doc, const char *path);
+
+/* Read, change, add and delete one attribute of an element. Reading takes the pair's name and gives
+ * its value, a copy that the caller frees, or null. Then what xmlp_getNodeAttr, xmlp_setNodeAttr,
+ * xmlp_addNodeAttr or xmlp_delNodeAttr refuses. */
+int xmlp_getAttr(XMLP_DOC *doc, const char *path, XMLP_ATTR_PAIR *pair);
+int xmlp_setAttr(XMLP_DOC *doc, const char *path, const XMLP_ATTR_PAIR *pair);
+int xmlp_addAttr(XMLP_DOC *doc, const char *path, const XMLP_ATTR_PAIR *pair);
+int xmlp_deleteAttr(XMLP_DOC *doc, const char *path, const char *name);
+
+/* ---- Lists by path and position -------------------------------------------------------------- */
+
+/* A list is an element whose children are all named "item"; one without children is an empty list.
+ * `path` names the list, members are counted from 0. A call on several of them takes, with
+ * XMLP_POS_RANGE, one position and works on `count` members from there on, or, with XMLP_POS_LIST,
+ * `count` positions in ascending order. One member may be given as XMLP_POS_LAST.
+ *
+ * Refusals as for documents by path (a count of 0 is "invalid params."), then: another mode,
+ * "unkown mode."; positions not ascending, "error order in pos."; a member that is not there,
+ * "pos over range.". Calls that return a number work in ascending order, tell how many members they
+ * have done and stop at the first that is refused; what is done stays done. */
+
+/* 1 when the list has a member at this index, else 0. */
+int xmlp_isItemExist(XMLP_DOC *doc, const char *path, uint32_t index);
+
+/* Copies of the members' texts, each with a NUL added, and how many in *outCount. Free them with
+ * xmlp_freeValueArray, or with free when *outCount is 0. Null when refused; when memory runs out on
+ * the way, "malloc failed.", and the array with the texts copied so far. */
+XMLP_VALUE *xmlp_getItemValue(XMLP_DOC *doc, const char *path, uint32_t mode,
+                              const uint32_t *positions, uint32_t count, uint32_t *outCount);
+
+/* Gives each member its text from `values`. Stops at what xmlp_setNodeValue refuses. */
+uint32_t xmlp_setItemValue(XMLP_DOC *doc, const char *path, uint32_t mode, const XMLP_VALUE *values,
+                           const uint32_t *positions, uint32_t count);
+
+/* Adds members one after the other, so that the first becomes the one at `position`: 0 at the
+ * start, XMLP_POS_LAST at the end. "pos over range." when the one before is not there. An empty
+ * list becomes a list even when the rest is refused. Stops at what _item2Node refuses: "malloc
+ * failed.", or an attribute that xmlp_addNodeAttr refuses. */
+uint32_t xmlp_addItem(XMLP_DOC *doc, const char *path, const XMLP_ITEM *items, uint32_t position,
+                      uint32_t count);
+
+/* Deletes members; a range from XMLP_POS_LAST on means all of them, whatever the count. 0 or -1. */
+int xmlp_deleteItem(XMLP_DOC *doc, const char *path, uint32_t mode, const uint32_t *positions,
+                    uint32_t count);
+
+/* Read, change and add an attribute of each member, the i-th as the i-th pair tells, and delete one
+ * of all of them. Values read are copies that the caller frees, or null. */
+uint32_t xmlp_getItemAttr(XMLP_DOC *doc, const char *path, uint32_t mode, XMLP_ATTR_PAIR *pairs,
+                          const uint32_t *positions, uint32_t count);
+uint32_t xmlp_setItemAttr(XMLP_DOC *doc, const char *path, uint32_t mode,
+                          const XMLP_ATTR_PAIR *pairs, const uint32_t *positions, uint32_t count);
+uint32_t xmlp_addItemAttr(XMLP_DOC *doc, const char *path, uint32_t mode,
+                          const XMLP_ATTR_PAIR *pairs, const uint32_t *positions, uint32_t count);
+uint32_t xmlp_deleteItemAttr(XMLP_DOC *doc, const char *path, uint32_t mode, const char *name,
+                             const uint32_t *positions, uint32_t count);
+
+/* Copies of the texts, without a NUL, of the members that have all these attributes with these
+ * values (null: without value), and how many in *outCount. Null when there are none or when
+ * refused, also by "malloc failed.". */
+XMLP_VALUE *xmlp_getItemValueByAttr(XMLP_DOC *doc, const char *path, const XMLP_ATTR_PAIR *pairs,
+                                    uint32_t pairCount, uint32_t *outCount);
+
+/* Frees `count` values and their array. With a count of 0 it frees nothing. */
+void xmlp_freeValueArray(XMLP_VALUE *values, uint32_t count);
+
+/* ---- Writing a document ---------------------------------------------------------------------- */
+
+/* The document as text in a buffer that the caller frees, NUL-terminated, its length without the
+ * NUL in *length: the declaration as it was read, then the elements, compact when `isCompact` is
+ * not 0, else one to a line and indented by two spaces a level. Null document or length: "invalid
+ * params."; "malloc failed.", also for a text of 4 GiB and more. */
+char *xmlp_dumpDoc(XMLP_DOC *doc, uint32_t isCompact, uint32_t *length);
+
+/* The same without the lock hooks. */
+char *xmlp_tree2Xml(const XMLP_DOC *doc, uint32_t isCompact, uint32_t *length);
 
 /* ---- Reading elements ------------------------------------------------------------------------ */
 

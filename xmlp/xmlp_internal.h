@@ -64,6 +64,27 @@ uint32_t _saveNameAttr(const char *tag, char endCharacter, char *nameTable);
 XMLP_NODE *_makeStree(const char *body, uint32_t bodyLen, char *names, char *values,
                       XMLP_ATTR *attrs, XMLP_NODE *nodes);
 
+/* ---- Dynamic trees --------------------------------------------------------------------------- */
+
+/* Builds a dynamic tree of a body that passed the check and gives its document node; null, with
+ * nothing left allocated, when it can't be built. Null: "invalid params.". */
+XMLP_NODE *_makeDtree(const char *body, uint32_t bodyLen);
+
+/* 0 when every position is greater than the one before it, else -1: "error order in pos.", or no
+ * line when there are no positions. */
+int _checkOrder(const uint32_t *positions, uint32_t count);
+
+/* A new unlinked node with an item's value and attributes, without name and type. "item is null.";
+ * "malloc failed."; what xmlp_addNodeAttr refuses. */
+XMLP_NODE *_item2Node(const XMLP_ITEM *item);
+
+/* ---- Writing --------------------------------------------------------------------------------- */
+
+/* Write an element, compact or indented as one at this depth, to a buffer with room for it, without
+ * a terminator, and give the position behind it; a null node writes nothing. "buf is null.". */
+char *_tree2Xml(const XMLP_NODE *node, char *position);
+char *_tree2FormatXml(const XMLP_NODE *node, char *position, uint32_t depth);
+
 /* ---- Lock hooks ------------------------------------------------------------------------------ */
 
 /* Where a per-document lock would be made, taken, released and dropped. They only check their

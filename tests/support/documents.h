@@ -1,0 +1,19 @@
+// Editable documents.
+#pragma once
+
+#include "tests/support/trees.h"
+
+#include <cstdlib>
+
+inline Doc parseDynamic(const std::string &text) {
+    return Doc(xmlp_loadDoc(text.c_str(), static_cast<uint32_t>(text.size()), 0));
+}
+
+// A document written without white space.
+inline std::string documentText(XMLP_DOC *doc) {
+    uint32_t length = 0;
+    char *text = xmlp_dumpDoc(doc, 1, &length);
+    const std::string copy(text, length);
+    std::free(text);
+    return copy;
+}
