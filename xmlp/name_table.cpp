@@ -103,7 +103,7 @@ bool NameTable::growIndex(size_t moreEntries) {
     return true;
 }
 
-bool NameTable::intern(std::string_view string) {
+bool NameTable::intern(std::string_view string, size_t &offset) {
     const size_t words = entrySize(string.size()) / wordSize;
     if (!growIndex(words)) {
         return false;
@@ -119,8 +119,10 @@ bool NameTable::intern(std::string_view string) {
         rest = slot->position;
     }
     if (!isNew) {
+        offset = size_t{rest - 1U} * wordSize;
         return true;
     }
+    offset = usedBytes();
     // One all-zero word must remain behind the entry.
     const auto needed = CheckedSize(usedBytes()).add(words + 1, wordSize).bytes();
     if (!needed || (*needed > tableBytes_ && !growTable(*needed))) {

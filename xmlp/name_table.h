@@ -16,6 +16,9 @@ namespace velda::xmlp {
 
 constexpr size_t wordSize = 4;
 
+// What a table is begun with. It grows; a larger beginning would only have to be zeroed.
+constexpr size_t firstNameTableSize = 4096;
+
 // Bytes of the entry that stores a string of this length.
 constexpr size_t entrySize(size_t length) {
     return (length / wordSize + 1) * wordSize;
@@ -36,8 +39,12 @@ public:
     // Obtains the first `bytes` of the table. False when they cannot be had.
     bool reserve(size_t bytes);
 
-    // Stores a string unless it is there. False when memory runs out.
-    bool intern(std::string_view string);
+    // Stores a string unless it is there, and gives its offset. False when memory runs out.
+    bool intern(std::string_view string, size_t &offset);
+    bool intern(std::string_view string) {
+        size_t ignored = 0;
+        return intern(string, ignored);
+    }
 
     // The offset of a string that is in the table.
     size_t find(std::string_view string) const;

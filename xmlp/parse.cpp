@@ -3,6 +3,7 @@
 #include "xmlp/chars.h"
 #include "xmlp/dynamic_tree.h"
 #include "xmlp/memory.h"
+#include "xmlp/quick_tree.h"
 #include "xmlp/report.h"
 #include "xmlp/static_tree.h"
 #include "xmlp/xmlp_internal.h"
@@ -21,6 +22,25 @@ void dropWhiteSpace(std::string_view &text) {
     while (!text.empty() && isOf(text.front(), whiteSpaceByte)) {
         text.remove_prefix(1);
     }
+}
+
+bool buildTree(std::string_view body, XMLP_TREE &tree) {
+    if (tree.isStatic != 0) {
+        switch (buildStaticTreeQuickly(body, markupIndexer(), tree.rootNode)) {
+        case QuickTree::built:
+            return true;
+        case QuickTree::noMemory:
+            XMLP_REPORT_FOR("xmlp_parse", "malloc failed.");
+            return false;
+        case QuickTree::declined:
+            break;
+        }
+    }
+    if (_checkXml(body.data(), body.data() + body.size()) != 0) {
+        return false;
+    }
+    tree.rootNode = tree.isStatic != 0 ? buildStaticTree(body) : buildDynamicTree(body);
+    return tree.rootNode != nullptr;
 }
 
 } // namespace
@@ -61,11 +81,7 @@ XMLP_TREE *xmlp_parse(const char *xmlBuf, uint32_t len, uint32_t isStatic) {
     }
     dropWhiteSpace(text);
 
-    if (_checkXml(text.data(), text.data() + text.size()) != 0) {
-        return nullptr;
-    }
-    tree->rootNode = isStatic != 0 ? buildStaticTree(text, len) : buildDynamicTree(text);
-    if (tree->rootNode == nullptr) {
+    if (!buildTree(text, *tree)) {
         return nullptr;
     }
     tree->header = header.release();

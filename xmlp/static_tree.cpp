@@ -1,8 +1,4 @@
-// Static trees: a counting pass sizes one block exactly, and the build walk fills it.
-//
-//   names | values | attribute records | node records, the document node first
-//
-// The areas follow each other without gaps, so the records stand at any byte address.
+// Static trees by the plain road: a counting pass sizes the block exactly, and the build walk fills it.
 
 #include "xmlp/static_tree.h"
 
@@ -10,6 +6,7 @@
 #include "xmlp/chars.h"
 #include "xmlp/memory.h"
 #include "xmlp/name_table.h"
+#include "xmlp/static_block.h"
 #include "xmlp/tag_records.h"
 
 #include <algorithm>
@@ -18,12 +15,6 @@
 
 namespace velda::xmlp {
 namespace {
-
-struct Counts {
-    size_t elements = 0;
-    size_t attributes = 0;
-    size_t valueBytes = 0;
-};
 
 // Counts what a tree of the body will hold. `countTag` is given every start tag and tells the
 // number of its attributes, or nothing to end the count in failure.
@@ -150,27 +141,15 @@ XMLP_NODE *build(std::string_view body, Names &names, const Counts &counts, char
     return BuildWalk(storage, nodes).run(body) ? nodes : nullptr;
 }
 
-Owned<char> allocateBlock(size_t nameBytes, const Counts &counts) {
-    const auto size = CheckedSize(nameBytes)
-                          .add(counts.valueBytes)
-                          .add(counts.attributes, sizeof(XMLP_ATTR))
-                          .add(counts.elements, sizeof(XMLP_NODE))
-                          .add(sizeof(XMLP_NODE))
-                          .bytes();
-    return size ? allocate<char>(*size) : nullptr;
-}
-
 void reportNoMemory() {
     XMLP_REPORT_FOR("xmlp_parse", "malloc failed.");
 }
 
 } // namespace
 
-XMLP_NODE *buildStaticTree(std::string_view body, uint32_t textLength) {
-    constexpr size_t page = 4096;
+XMLP_NODE *buildStaticTree(std::string_view body) {
     NameTable table;
-    const auto tableSize = CheckedSize(page).add(textLength / page, page).bytes();
-    if (!tableSize || !table.reserve(*tableSize)) {
+    if (!table.reserve(firstNameTableSize)) {
         reportNoMemory();
         return nullptr;
     }
@@ -178,24 +157,16 @@ XMLP_NODE *buildStaticTree(std::string_view body, uint32_t textLength) {
         return internTag(tag, endCharacter,
                          [&table](std::string_view string) { return table.intern(string); });
     });
-    // The analyzer loses sight of a block that goes with the tree, through the name that it begins
-    // with. NOLINTNEXTLINE(clang-analyzer-unix.Malloc)
-    auto block = counts ? allocateBlock(table.usedBytes(), *counts) : nullptr;
-    if (block == nullptr) {
+    StaticBlock block;
+    if (!counts || !block.obtain(table, *counts)) {
         reportNoMemory();
         return nullptr;
     }
-    char *values = block.get() + table.usedBytes();
-    char *attrs = values + counts->valueBytes;
-    char *nodes = attrs + counts->attributes * sizeof(XMLP_ATTR);
-    std::memcpy(block.get(), table.bytes(), table.usedBytes());
     table.dropBytes();
-
-    IndexedNames names(table, block.get());
-    XMLP_NODE *root = build(body, names, *counts, values, reinterpret_cast<XMLP_ATTR *>(attrs),
-                            reinterpret_cast<XMLP_NODE *>(nodes));
+    IndexedNames names(table, block.names());
+    XMLP_NODE *root = build(body, names, *counts, block.values(), block.attrs(), block.nodes());
     if (root != nullptr) {
-        static_cast<void>(block.release());
+        block.handOver();
     }
     return root;
 }

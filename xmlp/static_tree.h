@@ -6,8 +6,8 @@
 
 namespace velda::xmlp {
 
-// Builds the static tree of a body that passed the check. `textLength` is the length of the whole
-// text. Null, with nothing allocated, when it can't be built.
-XMLP_NODE *buildStaticTree(std::string_view body, uint32_t textLength);
+// Builds the static tree of a body that passed the check. Null, with nothing allocated, when it can't
+// be built.
+XMLP_NODE *buildStaticTree(std::string_view body);
 
 } // namespace velda::xmlp

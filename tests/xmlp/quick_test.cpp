@@ -1,0 +1,118 @@
+// The quick road of a static parse against the plain one, with each way of finding markup.
+
+#include "tests/support/capture.h"
+#include "tests/support/trees.h"
+#include "xmlp/quick_tree.h"
+#include "xmlp/static_tree.h"
+#include "xmlp/xmlp_internal.h"
+
+#include <gtest/gtest.h>
+#include <random>
+
+namespace {
+
+using velda::xmlp::IndexMarkup;
+using velda::xmlp::QuickTree;
+
+// The tree, and the names as they lie at the start of its block; nothing for no tree.
+std::string layout(XMLP_NODE *root) {
+    if (root == nullptr) {
+        return {};
+    }
+    const XMLP_NODE *top = root->firstChild;
+    std::string text = treeText(root);
+    for (const XMLP_NODE *node = top; node != nullptr; node = node->firstChild) {
+        text += ' ' + std::to_string(node->name - top->name);
+    }
+    if (top != nullptr) {
+        text += ' ' + std::to_string(reinterpret_cast<const char *>(root) - top->name);
+    }
+    xmlp_delStree(root);
+    return text;
+}
+
+std::string plainLayout(const std::string &body) {
+    XMLP_NODE *root = nullptr;
+    outputOf([&] {
+        if (_checkXml(body.data(), body.data() + body.size()) == 0) {
+            root = velda::xmlp::buildStaticTree(body);
+        }
+    });
+    return layout(root);
+}
+
+const IndexMarkup indexers[] = {velda::xmlp::markupIndexer(), velda::xmlp::indexMarkupPortably};
+
+// True when the quick road took the body; whatever it takes it must take as the plain road does.
+bool isTakenAlike(const std::string &body) {
+    const std::string plain = plainLayout(body);
+    bool isTaken = false;
+    for (const IndexMarkup indexer : indexers) {
+        XMLP_NODE *root = nullptr;
+        EXPECT_EQ(outputOf([&] {
+                      isTaken = velda::xmlp::buildStaticTreeQuickly(body, indexer, root) ==
+                                QuickTree::built;
+                  }),
+                  "");
+        if (isTaken) {
+            EXPECT_EQ(layout(root), plain) << body;
+        }
+    }
+    return isTaken;
+}
+
+std::string randomElement(std::mt19937 &random, int depth) {
+    static const char *const names[] = {"a",
+                                        "bb",
+                                        "item",
+                                        "name-of-16-bytes",
+                                        "\xC3\xA4",
+                                        "fifteen-bytes-x",
+                                        "a-name-longer-than-words"};
+    static const char *const texts[] = {"",    " ", "text", "1 &lt; 2", "&amp;", "\xE2\x82\xAC<",
+                                        "\n\n"};
+    const std::string name = names[random() % std::size(names)];
+    std::string tag = "<" + name;
+    for (auto i = random() % 4; i > 1; --i) {
+        tag += " x" + std::to_string(i) + " = \"" + names[random() % 4] + "\"";
+    }
+    if (random() % 6 == 0) {
+        return tag + "/>";
+    }
+    std::string content = texts[random() % std::size(texts)];
+    for (auto i = depth > 0 && random() % 3 != 0 ? random() % 4 : 0; i > 0; --i) {
+        content += randomElement(random, depth - 1) + texts[random() % 3];
+    }
+    return tag + (random() % 8 == 0 ? " >" : ">") + content + "</" + name + ">";
+}
+
+TEST(QuickRoad, TakesWhatItTakesAsThePlainRoadDoes) {
+    std::mt19937 random(20260202);
+    int taken = 0;
+    for (int round = 0; round < 3000; ++round) {
+        std::string body = randomElement(random, 5);
+        for (auto faults = random() % 3; faults > 1; --faults) {
+            body[random() % body.size()] = "<>/ =\"&;ax\xC3\xF0"[random() % 12];
+        }
+        taken += isTakenAlike(body) ? 1 : 0;
+    }
+    EXPECT_GT(taken, 500);
+}
+
+TEST(QuickRoad, TakesTheOrdinary) {
+    std::string large = "<r>";
+    for (int i = 0; i < 2000; ++i) { // several stretches, with markup on their edges
+        large += "<row" + std::to_string(i % 300) + ">" +
+                 std::string(static_cast<size_t>(i % 70), 'x') + "</row" + std::to_string(i % 300) +
+                 ">\n";
+    }
+    for (const std::string body : {"<a/>", "<a>1</a>", "<r> <a>x</a> <a x=\"1\"/>y</r> ",
+                                   "<l><item>1</item><item/></l>", "<a>\xC3\xA4</a>"}) {
+        EXPECT_TRUE(isTakenAlike(body)) << body;
+    }
+    EXPECT_TRUE(isTakenAlike(large + "</r>"));
+    EXPECT_FALSE(isTakenAlike(large + "></r>"));
+    EXPECT_FALSE(isTakenAlike("<a>\xE0<b</a>")) << "a '<' within a character";
+}
+
+} // namespace

@@ -1,0 +1,33 @@
+// Where every '<' of a stretch of text is, found many bytes at a time.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace velda::xmlp {
+
+// What was seen beside the '<', in all stretches of a text so far.
+struct MarkupSummary {
+    size_t closing = 0;        // number of '>'
+    bool hasAmpersand = false; // at least one '&'
+    // A '<' or '>' follows so soon after a multi-byte lead byte that a scan by character steps might
+    // pass over it.
+    bool mayHideMarkup = false;
+    uint64_t carry = 0; // bytes at the start of the next stretch that a lead byte reaches
+};
+
+constexpr size_t stretchSize = 16384;
+
+// Writes the offsets of the '<' in `size` bytes, at most stretchSize, and gives their number. The
+// stretches of a text come one after the other.
+using IndexMarkup = size_t (*)(const char *text, size_t size, uint16_t *offsets,
+                               MarkupSummary &summary);
+
+// The quickest one that this processor has.
+IndexMarkup markupIndexer();
+
+// The one that every processor has.
+size_t indexMarkupPortably(const char *text, size_t size, uint16_t *offsets,
+                           MarkupSummary &summary);
+
+} // namespace velda::xmlp
