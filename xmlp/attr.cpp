@@ -23,7 +23,7 @@ XMLP_ATTR *findAttr(const XMLP_NODE *node, const char *name) {
 }
 
 // A copy of `value` in `copy`, null for null; false when it cannot be had.
-bool copyValue(const char *value, Owned<char> &copy) {
+bool copyText(const char *value, Owned<char> &copy) {
     if (value == nullptr) {
         return true;
     }
@@ -75,7 +75,7 @@ int xmlp_addNodeAttr(XMLP_NODE *node, const char *name, const char *value) {
     Owned<XMLP_ATTR> attr(static_cast<XMLP_ATTR *>(std::calloc(1, sizeof(XMLP_ATTR))));
     Owned<char> nameCopy(strdup(name));
     Owned<char> valueCopy;
-    if (attr == nullptr || nameCopy == nullptr || !copyValue(value, valueCopy)) {
+    if (attr == nullptr || nameCopy == nullptr || !copyText(value, valueCopy)) {
         XMLP_REPORT("malloc failed.");
         return -1;
     }
@@ -108,7 +108,7 @@ int xmlp_setNodeAttr(XMLP_NODE *node, const char *name, const char *value) {
         return -1;
     }
     Owned<char> copy;
-    if (!copyValue(value, copy)) {
+    if (!copyText(value, copy)) {
         XMLP_REPORT("malloc failed.");
         return -1;
     }
@@ -151,7 +151,7 @@ int xmlp_getNodeAttr(const XMLP_NODE *node, const char *name, char **value) {
         return -1;
     }
     Owned<char> copy;
-    if (!copyValue(attr->value, copy)) {
+    if (!copyText(attr->value, copy)) {
         XMLP_REPORT("malloc failed.");
         return -1;
     }

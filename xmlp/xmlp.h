@@ -126,7 +126,6 @@ void xmlp_releaseDoc(XMLP_DOC *doc);
  * instructions. Text beside child elements is dropped; text of an element without children is its
  * value, white space included.
  *
- *
  * Free the tree with xmlp_destroyXmlTree through a handle, or use xmlp_loadDoc instead.
  *
  * Refusals, from the function that finds the fault outwards, all of them giving null:
@@ -137,7 +136,7 @@ void xmlp_releaseDoc(XMLP_DOC *doc);
  *   inside an attribute), "attr name existed.", "invalid value." (an unknown reference in a text),
  *   "single element is named item." (an item beside other elements), "tag name is not item."
  *   (another element in a list, or any element in an item).
- * "error xml tag." follows once for every element that encloses a refused one. */
+ * A fault in the structure of tags is followed by "error xml tag." for every enclosing element. */
 XMLP_TREE *xmlp_parse(const char *xmlBuf, uint32_t len, uint32_t isStatic);
 
 /* As xmlp_parse, with the tree in a new handle. `refCount` is 0. */

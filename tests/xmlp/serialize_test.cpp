@@ -79,7 +79,7 @@ TEST(DynamicTree, EqualsTheStaticOne) {
 }
 
 TEST(DynamicTree, ReadsATagWhenItsNodeIsMade) {
-    // So the text is refused before the tag, and a child is linked before its own tag is read.
+    // So a text is refused before its element's tag is.
     const struct {
         const char *text;
         const char *line;
