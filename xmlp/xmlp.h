@@ -237,8 +237,8 @@ uint32_t xmlp_deleteItemAttr(XMLP_DOC *doc, const char *path, uint32_t mode, con
                              const uint32_t *positions, uint32_t count);
 
 /* Copies of the texts, without a NUL, of the members that have all these attributes with these
- * values (null: without value), and how many in *outCount. Null when there are none or when
- * refused, also by "malloc failed.". */
+ * values (null: without value), and how many in *outCount. Null when there are none, with 0 in
+ * *outCount, or when refused, also by "malloc failed.", which leaves *outCount alone. */
 XMLP_VALUE *xmlp_getItemValueByAttr(XMLP_DOC *doc, const char *path, const XMLP_ATTR_PAIR *pairs,
                                     uint32_t pairCount, uint32_t *outCount);
 
