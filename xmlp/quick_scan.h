@@ -10,7 +10,6 @@
 #include "xmlp/markup_index.h"
 #include "xmlp/name_table.h"
 
-#include <array>
 #include <string_view>
 
 namespace velda::xmlp {
@@ -33,81 +32,19 @@ struct AttributeRecord {
     uint32_t value;
 };
 
-class QuickScan {
-public:
-    enum class Result { taken, declined, noMemory };
-
-    QuickScan(std::string_view body, NameTable &names) : body_(body), names_(names) {}
-
-    Result run(IndexMarkup indexMarkup);
-
-    const Array<ElementRecord> &elements() const { return elements_; }
-    const Array<AttributeRecord> &attributes() const { return attributes_; }
-    size_t valueBytes() const { return valueBytes_; }
-
-private:
-    // The start of a name as it stands in a text, long enough for most.
-    struct Words {
-        uint64_t low;
-        uint64_t high;
-    };
-
-    // A name met before.
-    struct KnownName {
-        Words words; // the name and the '>' behind it
-        Words mask;  // the bytes of `words` that count
-        uint32_t length;
-        uint32_t offset; // in the name table
-        uint32_t next;   // the place of the name that came after it the last time
-        uint32_t isItem;
-    };
-
-    enum class Children : uint32_t { none, named, items };
-
-    struct OpenElement {
-        uint32_t element;
-        uint32_t name; // offset in the body
-        uint32_t nameLength;
-        Children children;
-        bool isItem;
-    };
-
-    enum class Event { none, startTag, emptyElement, endTag };
-
-    static constexpr size_t knownNames = 256;
-    static constexpr size_t wordsSize = sizeof(Words);
-
-    Result takeTag(const char *tag);
-    Result takeEndTag(const char *tag);
-    Result takeStartTag(const char *tag);
-    Result takeTagWithAttributes(const char *tag);
-    Result addElement(const char *name, uint32_t length, uint32_t offset, bool isItem,
-                      bool isEmpty);
-    Result takeValue(const char *end);
-    bool takeParent(bool isItem);
-    KnownName *knowName(const char *name, size_t length);
-
-    Words wordsAt(const char *position) const;
-    static Words maskOf(size_t length);
-    uint32_t offsetOf(const char *position) const {
-        return static_cast<uint32_t>(position - body_.data());
-    }
-    const char *bodyEnd() const { return body_.data() + body_.size(); }
-
-    std::string_view body_;
-    NameTable &names_;
-    Array<ElementRecord> elements_;
-    Array<AttributeRecord> attributes_;
-    Array<OpenElement> open_;
-    size_t valueBytes_ = 0;
-    MarkupSummary summary_;
-
-    const char *tagEnd_ = nullptr; // behind the '>' of the tag taken last
-    Event last_ = Event::none;
-    size_t tags_ = 0;
-    Children topLevel_ = Children::none;
-    uint32_t lastName_ = 0;
-    std::array<KnownName, knownNames> known_ = {};
+struct ScannedText {
+    Array<ElementRecord> elements;
+    Array<AttributeRecord> attributes;
+    size_t valueBytes = 0;
 };
+
+enum class ScanResult { taken, declined, noMemory };
+
+// Offsets of the records are 32 bits wide, and a name table may be somewhat larger than its text.
+constexpr size_t quickBodySizeLimit = size_t{1} << 31;
+
+// Scans a body of at most that size. What is in `names` and `scanned` counts only when it is taken.
+ScanResult quickScan(std::string_view body, IndexMarkup indexMarkup, NameTable &names,
+                     ScannedText &scanned);
 
 } // namespace velda::xmlp

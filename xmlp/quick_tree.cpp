@@ -10,19 +10,16 @@
 namespace velda::xmlp {
 namespace {
 
-// Offsets of the records are 32 bits wide, and a name table may be somewhat larger than its text.
-constexpr size_t bodySizeLimit = size_t{1} << 31;
-
 class TreeWriter {
 public:
-    TreeWriter(std::string_view body, const QuickScan &scan, const StaticBlock &block)
-        : body_(body), scan_(scan), block_(block), value_(block.values()) {}
+    TreeWriter(std::string_view body, const ScannedText &scanned, const StaticBlock &block)
+        : body_(body), scanned_(scanned), block_(block), value_(block.values()) {}
 
     XMLP_NODE *write() {
         *block_.nodes() = XMLP_NODE{};
-        const size_t count = scan_.elements().size();
+        const size_t count = scanned_.elements.size();
         for (size_t i = 0; i < count; ++i) {
-            writeElement(scan_.elements()[i], block_.nodes() + i + 1);
+            writeElement(scanned_.elements[i], block_.nodes() + i + 1);
         }
         writeAttributes();
         return block_.nodes();
@@ -69,15 +66,15 @@ private:
     }
 
     void writeAttributes() {
-        const size_t count = scan_.attributes().size();
+        const size_t count = scanned_.attributes.size();
         for (size_t i = 0; i < count; ++i) {
-            const AttributeRecord &attribute = scan_.attributes()[i];
+            const AttributeRecord &attribute = scanned_.attributes[i];
             XMLP_ATTR *attr = block_.attrs() + i;
             char *value = attribute.value == AttributeRecord::noValue
                               ? nullptr
                               : block_.names() + attribute.value;
             *attr = {block_.names() + attribute.name, value, nullptr};
-            if (i > 0 && scan_.attributes()[i - 1].element == attribute.element) {
+            if (i > 0 && scanned_.attributes[i - 1].element == attribute.element) {
                 attr[-1].next = attr;
             } else {
                 block_.nodes()[attribute.element + 1].attrList = attr;
@@ -86,7 +83,7 @@ private:
     }
 
     std::string_view body_;
-    const QuickScan &scan_;
+    const ScannedText &scanned_;
     const StaticBlock &block_;
     char *value_;
 };
@@ -94,28 +91,28 @@ private:
 } // namespace
 
 QuickTree buildStaticTreeQuickly(std::string_view body, IndexMarkup indexMarkup, XMLP_NODE *&root) {
-    if (body.size() > bodySizeLimit) {
+    if (body.size() > quickBodySizeLimit) {
         return QuickTree::declined;
     }
     NameTable names;
     if (!names.reserve(firstNameTableSize)) {
         return QuickTree::noMemory;
     }
-    QuickScan scan(body, names);
-    switch (scan.run(indexMarkup)) {
-    case QuickScan::Result::taken:
+    ScannedText scanned;
+    switch (quickScan(body, indexMarkup, names, scanned)) {
+    case ScanResult::taken:
         break;
-    case QuickScan::Result::declined:
+    case ScanResult::declined:
         return QuickTree::declined;
-    case QuickScan::Result::noMemory:
+    case ScanResult::noMemory:
         return QuickTree::noMemory;
     }
     StaticBlock block;
     if (!block.obtain(names,
-                      {scan.elements().size(), scan.attributes().size(), scan.valueBytes()})) {
+                      {scanned.elements.size(), scanned.attributes.size(), scanned.valueBytes})) {
         return QuickTree::noMemory;
     }
-    root = TreeWriter(body, scan, block).write();
+    root = TreeWriter(body, scanned, block).write();
     block.handOver();
     return QuickTree::built;
 }
