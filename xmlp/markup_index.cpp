@@ -56,26 +56,25 @@ Leads leadsOf(const char *block, uint64_t high) {
     return static_cast<size_t>(bits * 0x0101010101010101U >> 56);
 }
 
-void summarize(const char *block, const Masks &masks, MarkupSummary &summary) {
-    summary.closing += countBits(masks.greater);
-    summary.hasAmpersand |= masks.ampersand != 0;
-    if ((masks.high | summary.carry) != 0) {
-        const Leads leads = leadsOf(block, masks.high);
-        const uint64_t reached =
-            summary.carry | leads.two << 1 | leads.three << 2 | leads.four << 3;
-        summary.mayHideMarkup |= (reached & (masks.less | masks.greater)) != 0;
-        summary.carry = leads.two >> 63 | leads.three >> 62 | leads.four >> 61;
-    }
+[[gnu::noinline]] void lookForHiddenMarkup(const char *block, uint64_t high, uint64_t markup,
+                                           MarkupSummary &summary) {
+    const Leads leads = leadsOf(block, high);
+    const uint64_t reached = summary.carry | leads.two << 1 | leads.three << 2 | leads.four << 3;
+    summary.mayHideMarkup |= (reached & markup) != 0;
+    summary.carry = leads.two >> 63 | leads.three >> 62 | leads.four >> 61;
 }
 
 template <Masks (*masksOf)(const char *block)>
 [[gnu::always_inline]] inline size_t indexBlocks(const char *text, size_t size, uint16_t *offsets,
                                                  MarkupSummary &summary) {
     uint16_t *end = offsets;
+    char last[blockSize];
+    size_t closing = 0;
+    uint64_t ampersands = 0;
     for (size_t start = 0; start < size; start += blockSize) {
         const char *block = text + start;
-        char last[blockSize] = {};
         if (size - start < blockSize) {
+            std::memset(last, 0, blockSize);
             std::memcpy(last, block, size - start);
             block = last;
         }
@@ -83,8 +82,14 @@ template <Masks (*masksOf)(const char *block)>
         for (uint64_t less = masks.less; less != 0; less &= less - 1) {
             *end++ = static_cast<uint16_t>(start + static_cast<size_t>(std::countr_zero(less)));
         }
-        summarize(block, masks, summary);
+        closing += countBits(masks.greater);
+        ampersands |= masks.ampersand;
+        if ((masks.high | summary.carry) != 0) {
+            lookForHiddenMarkup(block, masks.high, masks.less | masks.greater, summary);
+        }
     }
+    summary.closing += closing;
+    summary.hasAmpersand |= ampersands != 0;
     return static_cast<size_t>(end - offsets);
 }
 
