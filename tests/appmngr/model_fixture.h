@@ -1,28 +1,23 @@
-// Loads documents into the model and takes it down again.
+// Loads documents into the model, shows it as text and takes it down again.
 #pragma once
 
 #include "appmngr/appmngr_internal.h"
 #include "tests/support/capture.h"
+#include "tests/support/cases.h"
 #include "tests/support/images.h"
 
-#include <cstring>
-#include <gtest/gtest.h>
 #include <string>
 
 class Model : public testing::Test {
 protected:
-    void SetUp() override { appmngr_dbReInit(); }
-
-    void TearDown() override {
-        const CapturedOutput notice;
-        appmngr_dbReInit();
-    }
+    void SetUp() override { reset(); }
+    void TearDown() override { reset(); }
 
     // Loads a document the way a load does once it has the text; what it printed is in `printed`.
     int load(std::string document) {
+        reset();
         int result = -1;
         printed = outputOf([&] {
-            appmngr_dbReInit();
             g_appmngr_appDbXml = document.data();
             result = appmngr_analyzeDbFile();
             g_appmngr_appDbXml = nullptr;
@@ -31,4 +26,15 @@ protected:
     }
 
     std::string printed;
+
+private:
+    static void reset() {
+        outputOf([] { appmngr_dbReInit(); });
+    }
 };
+
+// "protocol address:port address:port".
+std::string endpoints(const APPMNGR_RULE &rule);
+
+// The header and every record, a line for each.
+std::string modelText();

@@ -1,40 +1,28 @@
-// What a piece of code prints on standard output.
+// What a piece of code prints.
 #pragma once
 
+#include <gtest/gtest.h>
+#include <regex>
 #include <string>
-#include <vector>
-
-class CapturedOutput {
-public:
-    CapturedOutput();
-    ~CapturedOutput();
-    CapturedOutput(const CapturedOutput &) = delete;
-    CapturedOutput &operator=(const CapturedOutput &) = delete;
-
-    // Everything printed so far; capturing ends.
-    std::string take();
-
-private:
-    void restore();
-
-    int saved_;
-    int file_;
-};
 
 template <class Action>
 std::string outputOf(Action action) {
-    CapturedOutput output;
+    testing::internal::CaptureStdout();
     action();
-    return output.take();
+    return testing::internal::GetCapturedStdout();
+}
+
+template <class Action>
+std::string errorsOf(Action action) {
+    testing::internal::CaptureStderr();
+    action();
+    return testing::internal::GetCapturedStderr();
 }
 
 // The XML library's lines as "function: message", without the source line. A line of another form
 // is kept as it is, so that a comparison shows it.
-std::vector<std::string> libraryLines(const std::string &output);
-
 template <class Action>
-std::vector<std::string> linesOf(Action action) {
-    return libraryLines(outputOf(action));
+std::string linesOf(Action action) {
+    static const std::regex form(R"(\[ERROR\]\[(\w+)\(\):\d+\]: (.*)\r\n)");
+    return std::regex_replace(outputOf(action), form, "$1: $2\n");
 }
-
-using Lines = std::vector<std::string>;

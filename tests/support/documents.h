@@ -1,9 +1,24 @@
-// Editable documents.
+// Editable documents, and lines as lists.
 #pragma once
 
+#include "tests/support/capture.h"
 #include "tests/support/trees.h"
 
 #include <cstdlib>
+#include <sstream>
+#include <vector>
+
+using Lines = std::vector<std::string>;
+
+template <class Action>
+Lines lineListOf(Action action) {
+    std::istringstream text(linesOf(action));
+    Lines lines;
+    for (std::string line; std::getline(text, line);) {
+        lines.push_back(line);
+    }
+    return lines;
+}
 
 inline Doc parseDynamic(const std::string &text) {
     return Doc(xmlp_loadDoc(text.c_str(), static_cast<uint32_t>(text.size()), 0));

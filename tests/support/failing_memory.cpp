@@ -9,7 +9,6 @@ namespace {
 constexpr size_t never = static_cast<size_t>(-1);
 
 size_t untilFailure = never;
-bool failed = false;
 
 // Blocks that the code under test holds. The dependencies' own are not seen being made, so they
 // must not be counted when they are freed here. (The set's nodes come from the C++ run-time
@@ -19,17 +18,9 @@ std::unordered_set<void *> &liveSet() {
     return blocks;
 }
 
+// From the failure on there is memory again.
 bool mayAllocate() {
-    if (untilFailure == never) {
-        return true;
-    }
-    if (untilFailure == 0) {
-        failed = true;
-        untilFailure = never;
-        return false;
-    }
-    --untilFailure;
-    return true;
+    return untilFailure == never || untilFailure-- > 0;
 }
 
 void *counted(void *block) {
@@ -61,11 +52,7 @@ void *__wrap_realloc(void *block, size_t size) {
         return nullptr;
     }
     liveSet().erase(block);
-    void *moved = __real_realloc(block, size);
-    if (moved == nullptr) {
-        counted(block);
-    }
-    return counted(moved);
+    return counted(__real_realloc(block, size));
 }
 
 void __wrap_free(void *block) {
@@ -74,26 +61,25 @@ void __wrap_free(void *block) {
 }
 
 char *__wrap_strdup(const char *text) {
-    const size_t size = std::strlen(text) + 1;
-    auto *copy = static_cast<char *>(__wrap_malloc(size));
-    return copy != nullptr ? static_cast<char *>(std::memcpy(copy, text, size)) : nullptr;
+    void *copy = __wrap_malloc(std::strlen(text) + 1);
+    return copy != nullptr ? std::strcpy(static_cast<char *>(copy), text) : nullptr;
 }
 
 } // extern "C"
 
-FailingAllocation::FailingAllocation(size_t index) {
-    untilFailure = index;
-    failed = false;
+size_t liveBlocks() {
+    return liveSet().size();
 }
 
-FailingAllocation::~FailingAllocation() {
-    untilFailure = never;
-}
-
-bool FailingAllocation::hasFailed() const {
-    return failed;
-}
-
-long liveBlocks() {
-    return static_cast<long>(liveSet().size());
+size_t failEachAllocation(const std::function<void()> &action, const std::function<void()> &check) {
+    for (size_t index = 0;; ++index) {
+        untilFailure = index;
+        action();
+        const bool hasFailed = untilFailure == never;
+        untilFailure = never;
+        if (!hasFailed) {
+            return index;
+        }
+        check();
+    }
 }

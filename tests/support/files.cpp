@@ -1,13 +1,10 @@
 #include "tests/support/files.h"
 
-#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <sys/resource.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 TemporaryFolder::TemporaryFolder() {
     std::string pattern = (std::filesystem::temp_directory_path() / "velda-XXXXXX").string();
@@ -31,33 +28,19 @@ std::optional<std::string> readFile(const std::string &path) {
     return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
-Finished run(const std::vector<std::string> &arguments, long limitFileSize) {
-    const TemporaryFolder folder;
-    const pid_t child = fork();
-    if (child == 0) {
-        std::vector<char *> argv;
-        for (const std::string &argument : arguments) {
-            argv.push_back(const_cast<char *>(argument.c_str()));
-        }
-        argv.push_back(nullptr);
-        if (std::freopen(folder.path("out").c_str(), "w", stdout) == nullptr ||
-            std::freopen(folder.path("err").c_str(), "w", stderr) == nullptr) {
-            _exit(126);
-        }
-        if (limitFileSize >= 0) {
-            const auto bytes = static_cast<rlim_t>(limitFileSize);
-            const rlimit limit = {bytes, bytes};
-            std::signal(SIGXFSZ, SIG_IGN);
-            setrlimit(RLIMIT_FSIZE, &limit);
-        }
-        execv(argv[0], argv.data());
-        _exit(127);
+Finished run(const std::string &command, const std::string &folder) {
+    const TemporaryFolder streams;
+    const std::string redirected = "cd '" + folder + "' && (" + command + ") >'" +
+                                   streams.path("out") + "' 2>'" + streams.path("err") + "'";
+    const int status = std::system(redirected.c_str());
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1,
+            readFile(streams.path("out")).value_or(""), readFile(streams.path("err")).value_or("")};
+}
+
+std::string fromHex(const std::string &digits) {
+    std::string bytes;
+    for (size_t i = 0; i + 1 < digits.size(); i += 2) {
+        bytes += static_cast<char>(std::stoi(digits.substr(i, 2), nullptr, 16));
     }
-    int status = 0;
-    waitpid(child, &status, 0);
-    Finished finished;
-    finished.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-    finished.out = readFile(folder.path("out")).value_or("");
-    finished.err = readFile(folder.path("err")).value_or("");
-    return finished;
+    return bytes;
 }

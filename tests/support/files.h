@@ -3,7 +3,6 @@
 
 #include <optional>
 #include <string>
-#include <vector>
 
 // A folder of its own that goes with its contents.
 class TemporaryFolder {
@@ -25,10 +24,13 @@ void writeFile(const std::string &path, const std::string &bytes);
 std::optional<std::string> readFile(const std::string &path);
 
 struct Finished {
-    int status = -1; // as a shell shows it
+    int status = -1;
     std::string out;
     std::string err;
 };
 
-// Runs a program to its end. `limitFileSize` makes writing beyond that many bytes fail.
-Finished run(const std::vector<std::string> &arguments, long limitFileSize = -1);
+// Runs a shell command to its end in a folder.
+Finished run(const std::string &command, const std::string &folder);
+
+// The bytes that hexadecimal digits stand for.
+std::string fromHex(const std::string &digits);

@@ -1,17 +1,7 @@
 #include "tests/support/images.h"
 
+#include <gtest/gtest.h>
 #include <lzma.h>
-
-namespace {
-
-void append(std::string &bytes, uint64_t value, int count, bool isBigEndian) {
-    for (int i = 0; i < count; ++i) {
-        const int shift = 8 * (isBigEndian ? count - 1 - i : i);
-        bytes += static_cast<char>(value >> shift);
-    }
-}
-
-} // namespace
 
 std::string appElement(int id, const std::string &name, const std::string &more) {
     return "<app><id>" + std::to_string(id) + "</id><name>" + name +
@@ -27,34 +17,32 @@ std::string smallDocument(const std::string &apps, const std::string &types) {
            "</appList></AppDB>";
 }
 
-std::string lzmaStream(const std::string &text, std::string &properties) {
+std::string packImage(const std::string &text, uint64_t declared) {
     lzma_options_lzma options;
     lzma_lzma_preset(&options, 6);
     options.dict_size = 1 << 18;
-    const lzma_filter filters[] = {{LZMA_FILTER_LZMA1, &options}, {LZMA_VLI_UNKNOWN, nullptr}};
-    properties.resize(5);
-    lzma_properties_encode(filters, reinterpret_cast<uint8_t *>(properties.data()));
-    std::string coded(text.size() + text.size() / 2 + 256, '\0');
-    size_t size = 0;
-    lzma_raw_buffer_encode(filters, nullptr, reinterpret_cast<const uint8_t *>(text.data()),
-                           text.size(), reinterpret_cast<uint8_t *>(coded.data()), &size,
-                           coded.size());
-    coded.resize(size);
-    return coded;
+    // The encoder makes what a block holds behind its flag byte, but for the size of the text.
+    std::string block(text.size() + text.size() / 2 + 256, '\0');
+    lzma_stream stream = LZMA_STREAM_INIT;
+    EXPECT_EQ(lzma_alone_encoder(&stream, &options), LZMA_OK);
+    stream.next_in = reinterpret_cast<const uint8_t *>(text.data());
+    stream.avail_in = text.size();
+    stream.next_out = reinterpret_cast<uint8_t *>(&block[1]);
+    stream.avail_out = block.size() - 1;
+    EXPECT_EQ(lzma_code(&stream, LZMA_FINISH), LZMA_STREAM_END);
+    block.resize(block.size() - stream.avail_out);
+    lzma_end(&stream);
+    const uint64_t size = declared == UINT64_MAX ? text.size() : declared;
+    for (size_t i = 0; i < 8; ++i) {
+        block[6 + i] = static_cast<char>(size >> (8 * i));
+    }
+    return bigEndian(static_cast<uint32_t>(block.size())) + block;
 }
 
-std::string imageOf(uint32_t blockLength, const std::string &block) {
-    std::string image;
-    append(image, blockLength, 4, true);
-    return image + block;
-}
-
-std::string packImage(const std::string &text, uint64_t declared) {
-    std::string properties;
-    const std::string coded = lzmaStream(text, properties);
-    std::string block(1, '\0');
-    block += properties;
-    append(block, declared == UINT64_MAX ? text.size() : declared, 8, false);
-    block += coded;
-    return imageOf(static_cast<uint32_t>(block.size()), block);
+std::string bigEndian(uint32_t value) {
+    std::string bytes;
+    for (int shift = 24; shift >= 0; shift -= 8) {
+        bytes += static_cast<char>(value >> shift);
+    }
+    return bytes;
 }

@@ -10,26 +10,16 @@ Doc parseStatic(const std::string &text) {
     return Doc(xmlp_loadDoc(copy.get(), static_cast<uint32_t>(text.size()), 1));
 }
 
-namespace {
-
-std::string attributesText(const XMLP_NODE *node) {
-    std::string text;
-    for (const XMLP_ATTR *attr = node->attrList; attr != nullptr; attr = attr->next) {
-        text += (text.empty() ? "" : " ") + std::string(attr->name);
-        if (attr->value != nullptr) {
-            text += "=" + std::string(attr->value);
-        }
-    }
-    return text.empty() ? text : "[" + text + "]";
-}
-
-} // namespace
-
 std::string treeText(const XMLP_NODE *root) {
     std::string text = root->name == nullptr ? "/" : root->name;
     text += ':';
     text += root->type < 5 ? "NBLSI"[root->type] : '?';
-    text += attributesText(root);
+    for (const XMLP_ATTR *attr = root->attrList; attr != nullptr; attr = attr->next) {
+        text += attr == root->attrList ? '[' : ' ';
+        text += attr->name;
+        text += attr->value == nullptr ? std::string() : std::string("=") + attr->value;
+        text += attr->next == nullptr ? "]" : "";
+    }
     EXPECT_EQ(root->value == nullptr, root->valueSize == 0u) << text;
     if (root->valueSize > 0) {
         text += '"' + std::string(root->value, root->valueSize) + '"';
@@ -40,14 +30,9 @@ std::string treeText(const XMLP_NODE *root) {
     for (const XMLP_NODE *child = root->firstChild; child != nullptr; child = child->next) {
         EXPECT_EQ(field(child->parent), root) << text;
         EXPECT_EQ(field(child->prev), previous) << text;
-        children += (previous == nullptr ? "" : " ") + treeText(child);
+        children.append(previous == nullptr ? "" : " ").append(treeText(child));
         previous = child;
     }
     EXPECT_EQ(field(root->lastChild), previous) << text;
     return children.empty() ? text : text + "(" + children + ")";
-}
-
-std::string staticTreeText(const std::string &text) {
-    const Doc doc = parseStatic(text);
-    return doc == nullptr ? "refused" : treeText(doc->tree->rootNode);
 }

@@ -24,6 +24,3 @@ Doc parseStatic(const std::string &text);
 // alone for one without value), "text" and (children). Types are N, B, L(eaf), S (list) and I(tem).
 // Complains, as a failed test, of every link that is not as it should be.
 std::string treeText(const XMLP_NODE *root);
-
-// parseStatic and treeText; "refused" for a text that gives no tree.
-std::string staticTreeText(const std::string &text);

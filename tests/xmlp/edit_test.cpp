@@ -1,11 +1,9 @@
 // Editing by path and by position: a document before, one call, the document after.
 
-#include "tests/support/capture.h"
 #include "tests/support/documents.h"
 #include "xmlp/xmlp_internal.h"
 
 #include <functional>
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -22,7 +20,8 @@ void expectEdits(const std::vector<Edit> &edits) {
         const Edit &edit = edits[i];
         const Doc doc = parseDynamic(edit.before);
         ASSERT_NE(doc, nullptr) << edit.before;
-        EXPECT_EQ(linesOf([&] { EXPECT_EQ(edit.call(doc.get()), edit.result) << i; }), edit.lines)
+        EXPECT_EQ(lineListOf([&] { EXPECT_EQ(edit.call(doc.get()), edit.result) << i; }),
+                  edit.lines)
             << i;
         EXPECT_EQ(documentText(doc.get()), edit.after != nullptr ? edit.after : edit.before) << i;
         treeText(doc->tree->rootNode); // checks the links
@@ -136,7 +135,7 @@ TEST(Path, CallsReadBothKindsOfDocuments) {
         EXPECT_EQ(xmlp_getAttr(doc.get(), "/r/a", &asked), 0);
         EXPECT_STREQ(asked.value, "1");
         std::free(asked.value);
-        EXPECT_EQ(linesOf([&] {
+        EXPECT_EQ(lineListOf([&] {
                       EXPECT_EQ(xmlp_getValue(doc.get(), "/r"), nullptr);
                       EXPECT_EQ(xmlp_getValue(doc.get(), "/r/l/item"), nullptr);
                       EXPECT_EQ(xmlp_getChildCount(doc.get(), "/x"), 0u);
@@ -151,7 +150,7 @@ TEST(Path, StaticDocumentsAreRefusedFirst) {
     const uint32_t last = XMLP_POS_LAST;
     const XMLP_ITEM one = {};
     const XMLP_ATTR_PAIR named = pair("x", "1");
-    EXPECT_EQ(linesOf([&] {
+    EXPECT_EQ(lineListOf([&] {
                   EXPECT_EQ(xmlp_setValue(doc.get(), "/none", "v", 1), -1);
                   EXPECT_EQ(xmlp_delete(doc.get(), "/"), -1);
                   EXPECT_EQ(xmlp_addAttr(doc.get(), "/r", &named), -1);
@@ -172,7 +171,7 @@ const char *const letters =
 std::string selected(uint32_t mode, std::vector<uint32_t> positions, uint32_t count) {
     const Doc doc = parseStatic(letters);
     std::string found;
-    const std::string output = outputOf([&] {
+    const Lines lines = lineListOf([&] {
         uint32_t filled = 77;
         XMLP_VALUE *values =
             xmlp_getItemValue(doc.get(), "/l", mode, positions.data(), count, &filled);
@@ -182,7 +181,7 @@ std::string selected(uint32_t mode, std::vector<uint32_t> positions, uint32_t co
         EXPECT_EQ(filled, count == 0 ? 77 : found.size());
         xmlp_freeValueArray(values, filled);
     });
-    return output.empty() ? found : libraryLines(output).front();
+    return lines.empty() ? found : lines.front();
 }
 
 TEST(Items, AreSelectedByRangeOrList) {
@@ -316,7 +315,7 @@ TEST(Items, AreReadByPositionAndFoundByAttributes) {
 
     XMLP_ATTR_PAIR asked[] = {pair("a", nullptr), pair("b", nullptr)};
     const uint32_t start = 0;
-    EXPECT_EQ(linesOf([&] {
+    EXPECT_EQ(lineListOf([&] {
                   EXPECT_EQ(xmlp_getItemAttr(doc.get(), "/r/l", XMLP_POS_RANGE, asked, &start, 2),
                             1u);
               }),

@@ -12,12 +12,6 @@ namespace {
 
 using velda::xmlp::NameTable;
 
-size_t searchedPlace(const std::vector<char> &table, std::string_view string) {
-    return static_cast<size_t>(
-        _findName(table.data(), string.data(), static_cast<uint32_t>(string.size())) -
-        table.data());
-}
-
 // Strings over a small alphabet, so that many are the tails of others.
 std::string randomString(std::mt19937 &random) {
     std::string string(random() % 14, '\0');
@@ -33,20 +27,22 @@ TEST(NameTable, FindsWhatASearchFinds) {
         NameTable table;
         ASSERT_TRUE(table.reserve(64)); // far too little, so that it grows
         std::vector<char> searched(1 << 16);
+        const auto search = [&searched](const std::string &string) {
+            return _findName(searched.data(), string.data(), static_cast<uint32_t>(string.size()));
+        };
         std::vector<std::string> strings;
         for (int i = 0; i < 300; ++i) {
-            strings.push_back(randomString(random));
-            const std::string &string = strings.back();
+            const std::string &string = strings.emplace_back(randomString(random));
             ASSERT_TRUE(table.intern(string));
-            const size_t place = searchedPlace(searched, string);
-            if (std::string_view(&searched[place], 4) == std::string_view("\0\0\0\0", 4)) {
-                velda::xmlp::writeEntry(&searched[place], string);
+            char *place = search(string);
+            if (std::string_view(place, 4) == std::string_view("\0\0\0\0", 4)) {
+                velda::xmlp::writeEntry(place, string);
             }
         }
         ASSERT_EQ(std::string_view(table.bytes(), table.usedBytes() + 4),
                   std::string_view(searched.data(), table.usedBytes() + 4));
         for (const std::string &string : strings) {
-            ASSERT_EQ(table.find(string), searchedPlace(searched, string)) << string;
+            ASSERT_EQ(searched.data() + table.find(string), search(string)) << string;
         }
     }
 }
@@ -57,15 +53,14 @@ TEST(NameTable, TellsRepeatedNamesOfATag) {
     for (const char *name : {"longer-a", "r-a", "b"}) {
         ASSERT_TRUE(table.intern(name));
     }
-    bool isRepeated = true;
-    const size_t first = table.findInTag("r-a", 1, isRepeated);
-    EXPECT_FALSE(isRepeated);
-    table.findInTag("b", 1, isRepeated);
-    EXPECT_FALSE(isRepeated);
-    EXPECT_EQ(table.findInTag("r-a", 1, isRepeated), first);
-    EXPECT_TRUE(isRepeated);
-    table.findInTag("r-a", 2, isRepeated);
-    EXPECT_FALSE(isRepeated);
+    const auto isRepeated = [&table](const char *name, uint32_t tag) {
+        bool answer = false;
+        EXPECT_EQ(table.findInTag(name, tag, answer), table.find(name));
+        return answer;
+    };
+    EXPECT_FALSE(isRepeated("r-a", 1) || isRepeated("b", 1));
+    EXPECT_TRUE(isRepeated("r-a", 1));
+    EXPECT_FALSE(isRepeated("r-a", 2));
 }
 
 } // namespace

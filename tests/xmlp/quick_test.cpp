@@ -6,7 +6,6 @@
 #include "xmlp/static_tree.h"
 #include "xmlp/xmlp_internal.h"
 
-#include <gtest/gtest.h>
 #include <random>
 
 namespace {

@@ -1,11 +1,10 @@
 // Writing documents, and dynamic trees against static ones.
 
-#include "tests/support/capture.h"
+#include "tests/support/cases.h"
 #include "tests/support/documents.h"
 #include "xmlp/xmlp_internal.h"
 
 #include <cstring>
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -44,7 +43,7 @@ TEST(Serialize, WritesSingleElements) {
     EXPECT_EQ(std::string(buffer, _tree2Xml(r, buffer)), "<r><a>1</a></r>");
     EXPECT_EQ(std::string(buffer, _tree2FormatXml(r, buffer, 1)), "  <r>\n    <a>1</a>\n  </r>\n");
     EXPECT_EQ(_tree2Xml(nullptr, buffer), buffer);
-    EXPECT_EQ(linesOf([&] { EXPECT_EQ(_tree2FormatXml(r, nullptr, 0), nullptr); }),
+    EXPECT_EQ(lineListOf([&] { EXPECT_EQ(_tree2FormatXml(r, nullptr, 0), nullptr); }),
               Lines{"_tree2FormatXml: buf is null."});
 }
 
@@ -59,19 +58,19 @@ TEST(Serialize, RefusesTextsBeyond4GiB) {
     ASSERT_NE(doc, nullptr);
     EXPECT_EQ(written(doc.get(), true), text + "x" + closing);
     uint32_t length = 0;
-    EXPECT_EQ(linesOf([&] { EXPECT_EQ(xmlp_dumpDoc(doc.get(), 0, &length), nullptr); }),
+    EXPECT_EQ(lineListOf([&] { EXPECT_EQ(xmlp_dumpDoc(doc.get(), 0, &length), nullptr); }),
               Lines{"xmlp_tree2Xml: malloc failed."}); // two spaces a level make 20 GB
 }
 
 TEST(DynamicTree, EqualsTheStaticOne) {
-    for (const std::string text :
-         {"<r><a x=\"1\" y=\"\">t&lt;</a><a/> tail</r>", "<l><item>1</item><item/></l>", "<a",
-          "<?xml?><  x=\"1\"/>", "<item/>", "<a x=\"1\"><b></b></a>"}) {
-        const Doc dynamic = parseDynamic(text);
-        ASSERT_NE(dynamic, nullptr) << text;
-        EXPECT_EQ(treeText(dynamic->tree->rootNode), staticTreeText(text));
-        EXPECT_EQ(dynamic->tree->isStatic, 0u);
-    }
+    forEachCase("dialect.cases", [](const Case &test) {
+        if (test.has("tree")) {
+            const Doc dynamic = parseDynamic(test.text("text"));
+            ASSERT_NE(dynamic, nullptr);
+            EXPECT_EQ(treeText(dynamic->tree->rootNode), test.text("tree"));
+            EXPECT_EQ(dynamic->tree->isStatic, 0u);
+        }
+    });
     const Doc list = parseDynamic("<l><item>1</item><item/></l>");
     const XMLP_NODE *first = list->tree->rootNode->firstChild->firstChild;
     EXPECT_EQ(field(first->name), g_xmlp_itemName);
@@ -89,7 +88,8 @@ TEST(DynamicTree, ReadsATagWhenItsNodeIsMade) {
         {"<r><a/><b>1</b><item><c/></item></r>", "_setType: single element is named item."},
     };
     for (const auto &test : cases) {
-        EXPECT_EQ(linesOf([&] { EXPECT_EQ(parseDynamic(test.text), nullptr); }), Lines{test.line});
+        EXPECT_EQ(lineListOf([&] { EXPECT_EQ(parseDynamic(test.text), nullptr); }),
+                  Lines{test.line});
     }
 }
 
@@ -104,7 +104,7 @@ TEST(DynamicTree, FindsRepeatedAttributesAmongMany) {
     ASSERT_NE(doc, nullptr);
     EXPECT_EQ(xmlp_getNodeAttrCount(doc->tree->rootNode->firstChild), 200u);
     for (const char *repeated : {" abcd1000=\"\"", " 1099=\"\""}) {
-        EXPECT_EQ(linesOf([&] { EXPECT_EQ(parseDynamic(tag + repeated + "></a>"), nullptr); }),
+        EXPECT_EQ(lineListOf([&] { EXPECT_EQ(parseDynamic(tag + repeated + "></a>"), nullptr); }),
                   Lines{"_getNameAttr: attr name existed."});
     }
 }
