@@ -3,7 +3,9 @@
 
 #include "xmlp/memory.h"
 
+#include <algorithm>
 #include <cstring>
+#include <span>
 #include <type_traits>
 
 namespace velda::xmlp {
@@ -15,7 +17,7 @@ class Array {
 public:
     // Room for this many records in all.
     bool reserve(size_t count) {
-        if (count <= capacity_) {
+        if (count <= capacity()) {
             return true;
         }
         const auto bytes = CheckedSize(0).add(count, sizeof(Record)).bytes();
@@ -23,33 +25,45 @@ public:
         if (larger == nullptr) {
             return false;
         }
-        if (size_ > 0) {
-            std::memcpy(larger.get(), records_.get(), size_ * sizeof(Record));
+        const size_t used = size();
+        if (used > 0) {
+            std::memcpy(larger.get(), records_.get(), used * sizeof(Record));
         }
         records_ = std::move(larger);
-        capacity_ = count;
+        end_ = records_.get() + used;
+        limit_ = records_.get() + count;
         return true;
     }
+
+    // Room for this many more, which `add` then takes.
+    bool makeRoom(size_t count) {
+        return count <= capacity() - size() || reserve(size() + std::max(count, size()));
+    }
+    void add(const Record &record) { *end_++ = record; }
 
     bool push(const Record &record) {
-        if (size_ == capacity_ && !reserve(capacity_ == 0 ? 64 : 2 * capacity_)) {
+        if (end_ == limit_ && !reserve(size() == 0 ? 64 : 2 * size())) {
             return false;
         }
-        records_.get()[size_++] = record;
+        add(record);
         return true;
     }
 
-    void pop() { --size_; }
-    bool isEmpty() const { return size_ == 0; }
-    size_t size() const { return size_; }
+    void pop() { --end_; }
+    void shrink(size_t size) { end_ = records_.get() + size; }
+    bool isEmpty() const { return end_ == records_.get(); }
+    size_t size() const { return static_cast<size_t>(end_ - records_.get()); }
+    std::span<const Record> records() const { return {records_.get(), size()}; }
     Record &operator[](size_t index) { return records_.get()[index]; }
     const Record &operator[](size_t index) const { return records_.get()[index]; }
-    Record &last() { return records_.get()[size_ - 1]; }
+    Record &last() { return end_[-1]; }
 
 private:
+    size_t capacity() const { return static_cast<size_t>(limit_ - records_.get()); }
+
     Owned<Record> records_;
-    size_t size_ = 0;
-    size_t capacity_ = 0;
+    Record *end_ = nullptr;
+    Record *limit_ = nullptr;
 };
 
 } // namespace velda::xmlp

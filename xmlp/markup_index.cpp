@@ -17,16 +17,58 @@ namespace {
 
 constexpr size_t blockSize = 64;
 
-// A bit for each byte of a block.
-struct Masks {
-    uint64_t less;
-    uint64_t greater;
-    uint64_t ampersand;
-    uint64_t high; // 0x80 and above
+// What is asked of every block.
+struct Markup {
+    uint64_t less; // a bit for each '<'
+    size_t closing;
+    bool hasOthers; // bytes that need a closer look: '&' and those of 0x80 and above
 };
 
-// Lead bytes of characters of at least two, three and four bytes. Outside of mostly ASCII text this
-// is the dearest part, so it is only asked for where there are high bytes.
+// Eight bytes, the first one lowest.
+uint64_t bytesAt(const char *text) {
+    uint64_t bytes = 0;
+    std::memcpy(&bytes, text, sizeof bytes);
+    if constexpr (std::endian::native == std::endian::big) {
+        bytes = __builtin_bswap64(bytes);
+    }
+    return bytes;
+}
+
+constexpr uint64_t everyByte = 0x0101010101010101U;
+
+// From the high bits of eight bytes to a mask.
+uint64_t maskOfHighBits(uint64_t bytes) {
+    return (bytes >> 7 & everyByte) * 0x0102040810204080U >> 56;
+}
+
+uint64_t maskOfByte(const char *block, char byte) {
+    uint64_t mask = 0;
+    for (size_t i = 0; i < blockSize; i += 8) {
+        const uint64_t difference = bytesAt(block + i) ^ everyByte * static_cast<uint8_t>(byte);
+        const uint64_t nonZero =
+            ((difference & ~(everyByte << 7)) + ~(everyByte << 7)) | difference;
+        mask |= maskOfHighBits(~nonZero) << i;
+    }
+    return mask;
+}
+
+uint64_t maskOfHighBytes(const char *block) {
+    uint64_t mask = 0;
+    for (size_t i = 0; i < blockSize; i += 8) {
+        mask |= maskOfHighBits(bytesAt(block + i)) << i;
+    }
+    return mask;
+}
+
+// std::popcount, where the processor has no instruction for it, is a call into a run-time library.
+size_t countBits(uint64_t bits) {
+    bits -= bits >> 1 & 0x5555555555555555U;
+    bits = (bits & 0x3333333333333333U) + (bits >> 2 & 0x3333333333333333U);
+    bits = (bits + (bits >> 4)) & 0x0F0F0F0F0F0F0F0FU;
+    return static_cast<size_t>(bits * everyByte >> 56);
+}
+
+// Lead bytes of characters of at least two, three and four bytes.
 struct Leads {
     uint64_t two = 0;
     uint64_t three = 0;
@@ -48,29 +90,28 @@ Leads leadsOf(const char *block, uint64_t high) {
     return leads;
 }
 
-// std::popcount, where the processor has no instruction for it, is a call into a run-time library.
-[[gnu::always_inline]] inline size_t countBits(uint64_t bits) {
-    bits -= bits >> 1 & 0x5555555555555555U;
-    bits = (bits & 0x3333333333333333U) + (bits >> 2 & 0x3333333333333333U);
-    bits = (bits + (bits >> 4)) & 0x0F0F0F0F0F0F0F0FU;
-    return static_cast<size_t>(bits * 0x0101010101010101U >> 56);
+// Few blocks of most texts come here. `source` is where the block stands in its text.
+[[gnu::noinline]] void lookAtOthers(const char *block, const char *source, MarkupSummary &summary) {
+    const uint64_t ampersands = maskOfByte(block, '&');
+    if (ampersands != 0) {
+        summary.lastAmpersand = source + std::bit_width(ampersands) - 1;
+    }
+    const uint64_t high = maskOfHighBytes(block);
+    if ((high | summary.carry) != 0) {
+        const Leads leads = leadsOf(block, high);
+        const uint64_t reached =
+            summary.carry | leads.two << 1 | leads.three << 2 | leads.four << 3;
+        summary.mayHideMarkup |= (reached & (maskOfByte(block, '<') | maskOfByte(block, '>'))) != 0;
+        summary.carry = leads.two >> 63 | leads.three >> 62 | leads.four >> 61;
+    }
 }
 
-[[gnu::noinline]] void lookForHiddenMarkup(const char *block, uint64_t high, uint64_t markup,
-                                           MarkupSummary &summary) {
-    const Leads leads = leadsOf(block, high);
-    const uint64_t reached = summary.carry | leads.two << 1 | leads.three << 2 | leads.four << 3;
-    summary.mayHideMarkup |= (reached & markup) != 0;
-    summary.carry = leads.two >> 63 | leads.three >> 62 | leads.four >> 61;
-}
-
-template <Masks (*masksOf)(const char *block)>
+template <Markup (*markupOf)(const char *block)>
 [[gnu::always_inline]] inline size_t indexBlocks(const char *text, size_t size, uint16_t *offsets,
                                                  MarkupSummary &summary) {
     uint16_t *end = offsets;
     char last[blockSize];
     size_t closing = 0;
-    uint64_t ampersands = 0;
     for (size_t start = 0; start < size; start += blockSize) {
         const char *block = text + start;
         if (size - start < blockSize) {
@@ -78,73 +119,70 @@ template <Masks (*masksOf)(const char *block)>
             std::memcpy(last, block, size - start);
             block = last;
         }
-        const Masks masks = masksOf(block);
-        for (uint64_t less = masks.less; less != 0; less &= less - 1) {
+        const Markup markup = markupOf(block);
+        for (uint64_t less = markup.less; less != 0; less &= less - 1) {
             *end++ = static_cast<uint16_t>(start + static_cast<size_t>(std::countr_zero(less)));
         }
-        closing += countBits(masks.greater);
-        ampersands |= masks.ampersand;
-        if ((masks.high | summary.carry) != 0) {
-            lookForHiddenMarkup(block, masks.high, masks.less | masks.greater, summary);
+        closing += markup.closing;
+        if (markup.hasOthers || summary.carry != 0) [[unlikely]] {
+            lookAtOthers(block, text + start, summary);
         }
     }
     summary.closing += closing;
-    summary.hasAmpersand |= ampersands != 0;
     return static_cast<size_t>(end - offsets);
 }
 
-Masks masksByBytes(const char *block) {
-    Masks masks = {};
-    for (size_t i = 0; i < blockSize; ++i) {
-        const uint64_t bit = uint64_t{1} << i;
-        masks.less |= block[i] == '<' ? bit : 0;
-        masks.greater |= block[i] == '>' ? bit : 0;
-        masks.ampersand |= block[i] == '&' ? bit : 0;
-        masks.high |= (static_cast<unsigned char>(block[i]) & 0x80U) != 0 ? bit : 0;
-    }
-    return masks;
+Markup markupByWords(const char *block) {
+    const bool hasOthers = (maskOfByte(block, '&') | maskOfHighBytes(block)) != 0;
+    return {maskOfByte(block, '<'), countBits(maskOfByte(block, '>')), hasOthers};
 }
 
 #if defined(__x86_64__)
 
-uint64_t mask(__m128i bytes) {
-    return static_cast<uint32_t>(_mm_movemask_epi8(bytes));
-}
-
-inline Masks masksBySse2(const char *block) {
-    Masks masks = {};
+inline Markup markupBySse2(const char *block) {
+    uint64_t less = 0;
+    uint64_t greater = 0;
+    __m128i others = _mm_setzero_si128();
     for (int part = 0; part < 4; ++part) {
         const int shift = 16 * part;
         const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i *>(block + shift));
-        masks.less |= mask(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('<'))) << shift;
-        masks.greater |= mask(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('>'))) << shift;
-        masks.ampersand |= mask(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('&'))) << shift;
-        masks.high |= mask(bytes) << shift;
+        const auto maskOf = [bytes](char byte) {
+            return static_cast<uint64_t>(
+                _mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(byte))));
+        };
+        less |= maskOf('<') << shift;
+        greater |= maskOf('>') << shift;
+        others =
+            _mm_or_si128(others, _mm_or_si128(bytes, _mm_cmpeq_epi8(bytes, _mm_set1_epi8('&'))));
     }
-    return masks;
+    return {less, countBits(greater), _mm_movemask_epi8(others) != 0};
 }
 
 size_t indexMarkupBySse2(const char *text, size_t size, uint16_t *offsets, MarkupSummary &summary) {
-    return indexBlocks<masksBySse2>(text, size, offsets, summary);
+    return indexBlocks<markupBySse2>(text, size, offsets, summary);
 }
 
-[[gnu::target("avx2")]] inline uint64_t mask(__m256i bytes) {
-    return static_cast<uint32_t>(_mm256_movemask_epi8(bytes));
-}
-
-[[gnu::target("avx2")]] inline Masks masksByAvx2(const char *block) {
+[[gnu::target("avx2,bmi,popcnt")]] inline Markup markupByAvx2(const char *block) {
     const __m256i low = _mm256_loadu_si256(reinterpret_cast<const __m256i *>(block));
     const __m256i high = _mm256_loadu_si256(reinterpret_cast<const __m256i *>(block + 32));
-    const auto equal = [ low, high ](char byte) __attribute__((target("avx2"))) {
+    const auto maskOf = [ low, high ](char byte) __attribute__((target("avx2,bmi,popcnt"))) {
         const __m256i all = _mm256_set1_epi8(byte);
-        return mask(_mm256_cmpeq_epi8(low, all)) | mask(_mm256_cmpeq_epi8(high, all)) << 32;
+        const auto lower = static_cast<uint32_t>(_mm256_movemask_epi8(_mm256_cmpeq_epi8(low, all)));
+        const auto upper =
+            static_cast<uint32_t>(_mm256_movemask_epi8(_mm256_cmpeq_epi8(high, all)));
+        return lower | uint64_t{upper} << 32;
     };
-    return {equal('<'), equal('>'), equal('&'), mask(low) | mask(high) << 32};
+    const __m256i ampersand = _mm256_set1_epi8('&');
+    const __m256i others = _mm256_or_si256(
+        _mm256_or_si256(low, high),
+        _mm256_or_si256(_mm256_cmpeq_epi8(low, ampersand), _mm256_cmpeq_epi8(high, ampersand)));
+    return {maskOf('<'), static_cast<size_t>(__builtin_popcountll(maskOf('>'))),
+            _mm256_movemask_epi8(others) != 0};
 }
 
 [[gnu::target("avx2,bmi,popcnt")]] size_t
 indexMarkupByAvx2(const char *text, size_t size, uint16_t *offsets, MarkupSummary &summary) {
-    return indexBlocks<masksByAvx2>(text, size, offsets, summary);
+    return indexBlocks<markupByAvx2>(text, size, offsets, summary);
 }
 
 // Asked of the processor itself: the compiler's own test would need a library at run time.
@@ -181,7 +219,7 @@ IndexMarkup bestIndexer() {
 
 size_t indexMarkupPortably(const char *text, size_t size, uint16_t *offsets,
                            MarkupSummary &summary) {
-    return indexBlocks<masksByBytes>(text, size, offsets, summary);
+    return indexBlocks<markupByWords>(text, size, offsets, summary);
 }
 
 IndexMarkup markupIndexer() {

@@ -1,79 +1,40 @@
 #include "xmlp/quick_scan.h"
 
 #include "xmlp/chars.h"
+#include "xmlp/known_strings.h"
 #include "xmlp/tag.h"
 
 #include <algorithm>
-#include <array>
-#include <bit>
 #include <cstring>
+#include <span>
 
 namespace velda::xmlp {
 namespace {
 
-constexpr std::string_view itemName = "item";
-
-// The start of a name as it stands in a text, long enough for most.
-struct Words {
-    uint64_t low;
-    uint64_t high;
-};
-
-constexpr size_t wordsSize = sizeof(Words);
-
-// By length, the bytes of two words that a name of that length takes.
-constexpr std::array<Words, wordsSize + 1> makeMasks() {
-    std::array<Words, wordsSize + 1> masks = {};
-    for (size_t length = 0; length <= wordsSize; ++length) {
-        std::array<uint8_t, wordsSize> bytes = {};
-        std::fill_n(bytes.begin(), length, uint8_t{0xFF});
-        masks[length] = std::bit_cast<Words>(bytes);
-    }
-    return masks;
-}
-
-constexpr std::array<Words, wordsSize + 1> masks = makeMasks();
-
-bool areEqual(const Words &a, const Words &b, const Words &mask) {
-    return (((a.low ^ b.low) & mask.low) | ((a.high ^ b.high) & mask.high)) == 0;
-}
-
-// A name met before, of fewer than sixteen bytes.
-struct KnownName {
-    Words words; // with the '>' behind it
-    Words mask;
-    uint32_t length; // 0 in a free place
-    uint32_t offset; // in the name table
-    uint32_t next;   // the place of the name that came after it the last time
-    uint32_t isItem;
-};
-
-enum class Children : uint32_t { none, named, items };
-
 struct OpenElement {
-    uint32_t element;
-    uint32_t name; // offset in the body
+    uint32_t number; // of its record plus 1; 0 for the document node
+    uint32_t name;   // offset in the body
     uint32_t nameLength;
-    Children children;
-    uint32_t isItem;
+    uint32_t children; // the kinds that it can still be given
 };
 
-enum class Event { none, startTag, emptyElement, endTag };
+// What the tag taken last leaves to the text behind it.
+enum class TextOf { nothing, openElement, emptyElement };
 
 class Scanner {
 public:
     Scanner(std::string_view body, NameTable &names, ScannedText &scanned)
         : body_(body.data()), end_(body.data() + body.size()), names_(names), scanned_(scanned),
-          tagEnd_(body.data()) {}
+          known_(names), tagEnd_(body_) {
+        // A tag that begins before this has sixteen bytes to read behind its "<" or "</".
+        constexpr size_t margin = wordsSize + 2;
+        margin_ = body.size() > margin ? end_ - margin : body_;
+    }
 
     ScanResult run(IndexMarkup indexMarkup) {
-        // Most texts have fewer elements than this makes room for.
-        constexpr size_t textBytesPerElement = 20;
         const auto size = static_cast<size_t>(end_ - body_);
-        if (!scanned_.elements.reserve(size / textBytesPerElement + 1)) {
-            return ScanResult::noMemory;
-        }
         uint16_t offsets[stretchSize];
+        size_t tags = 0;
         for (size_t start = 0; start < size; start += stretchSize) {
             const char *stretch = body_ + start;
             const size_t count =
@@ -81,122 +42,265 @@ public:
             if (summary_.mayHideMarkup) {
                 return ScanResult::declined;
             }
-            for (size_t i = 0; i < count; ++i) {
-                const ScanResult result = takeTag(stretch + offsets[i]);
-                if (result != ScanResult::taken) [[unlikely]] {
-                    return result;
-                }
+            // As many as the whole text will need if it goes on like its beginning.
+            const size_t expected = start == 0 ? size / stretchSize * count / 2 : 0;
+            if (!scanned_.elements.makeRoom(count + expected)) {
+                return ScanResult::noMemory;
             }
-            tags_ += count;
+            const ScanResult result = takeTags(stretch, {offsets, count});
+            if (result != ScanResult::taken) {
+                return result;
+            }
+            tags += count;
         }
         // Every tag has been seen to end in its own '>', so any more of them stand in texts.
-        const bool isSound = open_.isEmpty() && tags_ > 0 && summary_.closing == tags_;
+        const bool isSound = isComplete_ && summary_.closing == tags;
         return isSound ? ScanResult::taken : ScanResult::declined;
     }
 
 private:
-    [[gnu::always_inline]] ScanResult takeTag(const char *tag) {
-        if (tag < tagEnd_ || tag + 1 == end_) {
-            return ScanResult::declined;
+    ScanResult takeTags(const char *stretch, std::span<const uint16_t> offsets) {
+        // All but the last tag and those beyond the margin, where there is less to read.
+        size_t ordinary = offsets.empty() ? 0 : offsets.size() - 1;
+        while (ordinary > 0 && stretch + offsets[ordinary] >= margin_) {
+            --ordinary;
         }
-        return tag[1] == '/' ? takeEndTag(tag) : takeStartTag(tag + 1);
+        ScanResult result = ScanResult::taken;
+        size_t i = 0;
+        while (i < ordinary && result == ScanResult::taken) {
+            const char *tag = stretch + offsets[i];
+            const char *next = stretch + offsets[++i];
+            if (tag < tagEnd_) {
+                return ScanResult::declined;
+            }
+            if (tag[1] == '/') {
+                result = takeEndTag(tag);
+                continue;
+            }
+            const KnownString *name = known_.takeExpectedName(wordsAt(tag + 1));
+            if (name == nullptr) [[unlikely]] {
+                name = lookUpName(tag + 1);
+            }
+            if (name == nullptr || (current_.children & name->kind) == 0) [[unlikely]] {
+                result = takeOtherStartTag(tag + 1, name);
+                continue;
+            }
+            current_.children = name->kind;
+            tagEnd_ = tag + name->length + 2;
+            ElementRecord element = recordOf(name->offset, name->isItem);
+            const bool isLeaf = next[1] == '/' && name->standsIn(wordsAt(next + 2));
+            if (isLeaf) {
+                result = takeText(next, element);
+                scanned_.elements.add(element);
+                tagEnd_ = next + name->length + 3;
+                textOf_ = TextOf::nothing;
+                ++i;
+            } else {
+                scanned_.elements.add(element);
+                result = open(tag + 1, name->length, name->isItem);
+            }
+        }
+        for (; i < offsets.size() && result == ScanResult::taken; ++i) {
+            const char *tag = stretch + offsets[i];
+            if (tag < tagEnd_) {
+                return ScanResult::declined;
+            }
+            result = tag[1] == '/' ? takeEndTag(tag) : takeAnyStartTag(tag + 1);
+        }
+        return result;
+    }
+
+    // Null for a name that is not a short one with a '>' or a space behind it, or for want of memory.
+    [[gnu::noinline]] const KnownString *lookUpName(const char *name) {
+        const size_t length = lengthOf(name, nameByte);
+        const bool isShort = length > 0 && length <= KnownStrings::maximumLength;
+        return isShort && (name[length] == '>' || name[length] == ' ')
+                   ? known_.takeName(name, length)
+                   : nullptr;
+    }
+
+    [[gnu::noinline]] ScanResult takeOtherStartTag(const char *name, const KnownString *known) {
+        if (known_.isOutOfMemory()) {
+            return ScanResult::noMemory;
+        }
+        return known != nullptr ? takeTagWithAttributes(name, *known) : takeAnyStartTag(name);
     }
 
     [[gnu::always_inline]] ScanResult takeEndTag(const char *tag) {
-        if (open_.isEmpty()) {
-            return ScanResult::declined;
+        if (textOf_ != TextOf::nothing && tag != tagEnd_) {
+            ElementRecord dropped = {};
+            const bool isKept = textOf_ == TextOf::openElement;
+            ElementRecord &element = isKept ? scanned_.elements[current_.number - 1] : dropped;
+            if (takeText(tag, element) != ScanResult::taken && isKept) {
+                return ScanResult::declined;
+            }
         }
-        if (last_ != Event::endTag && tag != tagEnd_ && !takeText(tag)) {
-            return ScanResult::declined;
-        }
-        const OpenElement &element = open_.last();
         const char *name = tag + 2;
-        const char *startName = body_ + element.name;
-        const uint32_t length = element.nameLength;
-        if (static_cast<size_t>(end_ - name) <= length || name[length] != '>') {
+        const uint32_t length = current_.nameLength;
+        if (current_.number == 0 || static_cast<size_t>(end_ - name) <= length ||
+            name[length] != '>' || !beginAlike(name, body_ + current_.name, length)) {
             return ScanResult::declined;
         }
-        const bool matches = length <= wordsSize
-                                 ? areEqual(wordsAt(name), wordsAt(startName), masks[length])
-                                 : std::memcmp(name, startName, length) == 0;
-        if (!matches) {
-            return ScanResult::declined;
-        }
-        open_.pop();
-        tagEnd_ = name + length + 1;
-        last_ = Event::endTag;
+        current_ = enclosing_.last();
+        enclosing_.pop();
+        close(name + length + 1, TextOf::nothing);
         return ScanResult::taken;
     }
 
-    // The text between a start tag and its end tag is the element's; behind an empty element there is
-    // a text too, which is counted as the plain road counts it and kept by no one.
-    [[gnu::always_inline]] bool takeText(const char *end) {
+    // The text from the last tag to this end. The one behind an empty element is counted as the plain
+    // road counts it, and kept by no one. Declined when its references can't be decoded.
+    [[gnu::always_inline]] ScanResult takeText(const char *end, ElementRecord &element) {
         const auto size = static_cast<uint32_t>(end - tagEnd_);
-        uint32_t valueSize = size;
-        if (summary_.hasAmpersand && std::memchr(tagEnd_, '&', size) != nullptr) {
-            valueSize = xmlp_unTransStrLen(tagEnd_, size);
+        element.text = offsetOf(tagEnd_);
+        element.textSize = size;
+        if (summary_.lastAmpersand >= tagEnd_) [[unlikely]] {
+            return measureReferences(element);
         }
-        scanned_.valueBytes += valueSize;
-        if (last_ == Event::startTag) {
-            ElementRecord &element = scanned_.elements[open_.last().element];
-            element.text = offsetOf(tagEnd_);
-            element.textSize = size;
-            element.valueSize = valueSize;
-            return valueSize != 0;
+        scanned_.valueBytes += size;
+        return ScanResult::taken;
+    }
+
+    [[gnu::noinline]] ScanResult measureReferences(ElementRecord &element) {
+        const char *text = body_ + element.text;
+        uint32_t size = element.textSize;
+        if (std::memchr(text, '&', size) != nullptr) {
+            element.textSize |= ElementRecord::escapedBit;
+            size = xmlp_unTransStrLen(text, size);
         }
+        scanned_.valueBytes += size;
+        return size != 0 || element.textSize == 0 ? ScanResult::taken : ScanResult::declined;
+    }
+
+    ElementRecord recordOf(uint32_t name, bool isItem) const {
+        return {name | (isItem ? ElementRecord::itemBit : 0), current_.number, 0, 0};
+    }
+
+    // An element under the one that is open, or the top-level one. False when its parent can't have it.
+    // Room for it has been made.
+    bool addElement(uint32_t name, bool isItem) {
+        const bool isTop = scanned_.elements.isEmpty();
+        const Children kind = isItem ? itemChildren : namedChildren;
+        if ((current_.children & kind) == 0 && !isTop) {
+            return false;
+        }
+        current_.children = isTop ? noChildren : kind;
+        scanned_.elements.add(recordOf(name, isItem));
         return true;
     }
 
-    [[gnu::always_inline]] ScanResult takeStartTag(const char *tag) {
-        const Words words = wordsAt(tag);
-        const KnownName *name = &known_[known_[lastName_].next];
-        if (name->length == 0 || !areEqual(words, name->words, name->mask)) [[unlikely]] {
-            const char *nameEnd = tag;
-            while (nameEnd < end_ && isOf(*nameEnd, nameByte)) {
-                ++nameEnd;
+    // The element added last is open until its end tag comes.
+    [[gnu::always_inline]] ScanResult open(const char *name, uint32_t length, bool isItem) {
+        if (!enclosing_.push(current_)) {
+            return ScanResult::noMemory;
+        }
+        current_ = {static_cast<uint32_t>(scanned_.elements.size()), offsetOf(name), length,
+                    isItem ? noChildren : anyChildren};
+        textOf_ = TextOf::openElement;
+        return ScanResult::taken;
+    }
+
+    // An element has ended with a tag that ends here.
+    [[gnu::always_inline]] void close(const char *tagEnd, TextOf textOf) {
+        tagEnd_ = tagEnd;
+        textOf_ = textOf;
+        if (current_.number == 0) [[unlikely]] {
+            isComplete_ = true;
+            tagEnd_ = end_; // so that no tag may follow
+        }
+    }
+
+    // A tag as it is mostly written: one space before each attribute and none elsewhere. What is not
+    // so is left to takeAnyStartTag, from the tag's beginning.
+    [[gnu::noinline]] ScanResult takeTagWithAttributes(const char *name, const KnownString &known) {
+        const KnownString element = known; // its place may be taken by another string
+        const size_t before = scanned_.attributes.size();
+        const char *position = name + element.length;
+        bool hasSlash = false;
+        while (*position == ' ') {
+            const ScanResult result = takeAttribute(position, before, hasSlash);
+            if (result == ScanResult::noMemory) {
+                return result;
             }
-            const auto length = static_cast<size_t>(nameEnd - tag);
-            if (nameEnd == end_ || length == 0) {
+            if (result == ScanResult::declined) {
+                break;
+            }
+        }
+        const bool isEmpty = position[0] == '/' && position[1] == '>' && !hasSlash;
+        if (*position != '>' && !isEmpty) {
+            scanned_.attributes.shrink(before);
+            return takeAnyStartTag(name);
+        }
+        return endStartTag(position + (isEmpty ? 2 : 1), {name, element.length}, element.offset,
+                           element.isItem, isEmpty);
+    }
+
+    // The attribute behind this space; `position` is moved behind its value. Declined, without having
+    // moved, when it's written in any other than the plainest way.
+    ScanResult takeAttribute(const char *&position, size_t firstOfTag, bool &hasSlash) {
+        const char *name = position + 1;
+        if (name > margin_) {
+            return ScanResult::declined;
+        }
+        const KnownString *known = known_.takeExpectedName(wordsAt(name));
+        if (known == nullptr) {
+            const size_t length = lengthOf(name, nameByte);
+            if (length == 0 || length > KnownStrings::maximumLength || name[length] != '=') {
                 return ScanResult::declined;
             }
-            if (*nameEnd != '>' || length >= wordsSize) {
-                return takeAnyStartTag(tag);
-            }
-            name = knowName(tag, length);
-            if (name == nullptr) {
+            known = known_.takeName(name, length);
+            if (known == nullptr) {
                 return ScanResult::noMemory;
             }
         }
-        lastName_ = static_cast<uint32_t>(name - known_.data());
-        tagEnd_ = tag + name->length + 1;
-        return addElement(tag, name->length, name->offset, name->isItem, false);
+        const char *value = name + known->length + 2;
+        if (known->behind != '=' || value[-1] != '"' || value > margin_) {
+            return ScanResult::declined;
+        }
+        AttributeRecord attribute = {numberOfNext(), known->offset, AttributeRecord::noValue};
+        const size_t length = lengthOf(value, attrValueByte);
+        if (value[length] != '"' || isRepeated(attribute.name, firstOfTag)) {
+            return ScanResult::declined;
+        }
+        if (!internValue({value, length}, attribute.value, hasSlash) ||
+            !scanned_.attributes.push(attribute)) {
+            return ScanResult::noMemory;
+        }
+        position = value + length + 1;
+        return ScanResult::taken;
     }
 
-    // A name of fewer than sixteen bytes with a '>' behind it.
-    [[gnu::noinline]] const KnownName *knowName(const char *name, size_t length) {
-        constexpr uint64_t multiplier = 0x9E3779B97F4A7C15;
-        const Words words = wordsAt(name);
-        const Words &mask = masks[length + 1];
-        const Words masked = {words.low & mask.low, words.high & mask.high};
-        const size_t place = ((masked.low ^ masked.high * 31) * multiplier) >> 56;
-        static_assert(std::tuple_size_v<decltype(known_)> == 1 << (64 - 56));
-        KnownName &known = known_[place];
-        if (known.length != length || known.words.low != masked.low ||
-            known.words.high != masked.high) {
-            size_t offset = 0;
-            if (!names_.intern({name, length}, offset)) {
-                return nullptr;
+    // Few names are compared one by one; a tag of many attributes is found to be out of the ordinary.
+    bool isRepeated(uint32_t name, size_t firstOfTag) const {
+        constexpr size_t many = 64;
+        const size_t count = scanned_.attributes.size();
+        for (size_t i = firstOfTag; i < count; ++i) {
+            if (scanned_.attributes[i].name == name) {
+                return true;
             }
-            const bool isItem = std::string_view(name, length) == itemName;
-            known = {masked,
-                     mask,
-                     static_cast<uint32_t>(length),
-                     static_cast<uint32_t>(offset),
-                     known.next,
-                     isItem ? 1U : 0U};
         }
-        known_[lastName_].next = static_cast<uint32_t>(place);
-        return &known;
+        return count - firstOfTag == many;
+    }
+
+    // A value with two quotes around it.
+    bool internValue(std::string_view value, uint32_t &offset, bool &hasSlash) {
+        if (value.empty()) {
+            return true;
+        }
+        if (value.size() <= KnownStrings::maximumLength) {
+            const KnownString *known = known_.find(value.data(), value.size());
+            if (known != nullptr) {
+                offset = known->offset;
+                hasSlash |= known->hasSlash;
+            }
+            return known != nullptr;
+        }
+        size_t place = 0;
+        if (!names_.intern(value, place)) {
+            return false;
+        }
+        offset = static_cast<uint32_t>(place);
+        hasSlash |= std::memchr(value.data(), '/', value.size()) != nullptr;
+        return true;
     }
 
     // Any tag, with the reader that the plain road uses.
@@ -217,17 +321,15 @@ private:
         if (!names_.intern(name, offset)) {
             return ScanResult::noMemory;
         }
-        const ScanResult result = takeAttributes(reader);
+        const ScanResult result = readAttributes(reader);
         if (result != ScanResult::taken) {
             return result;
         }
-        tagEnd_ = close + 1;
-        return addElement(tag, static_cast<uint32_t>(name.size()), static_cast<uint32_t>(offset),
-                          name == itemName ? 1 : 0, isEmpty);
+        return endStartTag(close + 1, name, static_cast<uint32_t>(offset), name == itemName,
+                           isEmpty);
     }
 
-    ScanResult takeAttributes(TagReader &reader) {
-        const auto element = static_cast<uint32_t>(scanned_.elements.size());
+    ScanResult readAttributes(TagReader &reader) {
         for (TagAttribute attribute; reader.readAttribute(attribute);) {
             size_t value = AttributeRecord::noValue;
             if (!names_.intern(attribute.name) ||
@@ -235,71 +337,66 @@ private:
                 return ScanResult::noMemory;
             }
             bool isRepeated = false;
-            const size_t name = names_.findInTag(attribute.name, element + 1, isRepeated);
+            const size_t name = names_.findInTag(attribute.name, numberOfNext(), isRepeated);
             if (isRepeated) {
                 return ScanResult::declined;
             }
             if (!scanned_.attributes.push(
-                    {element, static_cast<uint32_t>(name), static_cast<uint32_t>(value)})) {
+                    {numberOfNext(), static_cast<uint32_t>(name), static_cast<uint32_t>(value)})) {
                 return ScanResult::noMemory;
             }
         }
         return reader.fault() == TagFault::none ? ScanResult::taken : ScanResult::declined;
     }
 
-    [[gnu::always_inline]] ScanResult addElement(const char *name, uint32_t length, uint32_t offset,
-                                                 uint32_t isItem, bool isEmpty) {
-        uint32_t parent = 0;
-        if (open_.isEmpty()) {
-            if (!scanned_.elements.isEmpty()) { // there is one top-level element
-                return ScanResult::declined;
-            }
-        } else {
-            OpenElement &element = open_.last();
-            const Children wanted = isItem != 0 ? Children::items : Children::named;
-            if (element.isItem != 0 ||
-                (element.children != wanted && element.children != Children::none)) {
-                return ScanResult::declined;
-            }
-            element.children = wanted;
-            parent = element.element + 1;
+    ScanResult endStartTag(const char *tagEnd, std::string_view name, uint32_t offset, bool isItem,
+                           bool isEmpty) {
+        if (!addElement(offset, isItem)) {
+            return ScanResult::declined;
         }
-        const auto element = static_cast<uint32_t>(scanned_.elements.size());
-        if (!scanned_.elements.push({offset, parent & 0x7FFFFFFFU, isItem & 1U, 0, 0, 0})) {
-            return ScanResult::noMemory;
+        if (isEmpty) {
+            close(tagEnd, TextOf::emptyElement);
+            return ScanResult::taken;
         }
-        last_ = isEmpty ? Event::emptyElement : Event::startTag;
-        if (!isEmpty && !open_.push({element, offsetOf(name), length, Children::none, isItem})) {
-            return ScanResult::noMemory;
-        }
-        return ScanResult::taken;
+        tagEnd_ = tagEnd;
+        return open(name.data(), static_cast<uint32_t>(name.size()), isItem);
     }
 
-    [[gnu::always_inline]] Words wordsAt(const char *position) const {
-        Words words = {};
-        if (static_cast<size_t>(end_ - position) >= wordsSize) [[likely]] {
-            std::memcpy(&words, position, wordsSize);
-        } else {
-            std::memcpy(&words, position, static_cast<size_t>(end_ - position));
+    static size_t lengthOf(const char *string, ByteClass byteClass) {
+        const char *end = string;
+        while (isOf(*end, byteClass)) {
+            ++end;
         }
-        return words;
+        return static_cast<size_t>(end - string);
     }
 
+    bool beginAlike(const char *a, const char *b, size_t length) const {
+        if (length > wordsSize || a > margin_) {
+            return std::memcmp(a, b, length) == 0;
+        }
+        const Words x = wordsAt(a);
+        const Words y = wordsAt(b);
+        const Words &mask = masks[length];
+        return (((x.low ^ y.low) & mask.low) | ((x.high ^ y.high) & mask.high)) == 0;
+    }
+
+    uint32_t numberOfNext() const { return static_cast<uint32_t>(scanned_.elements.size() + 1); }
     uint32_t offsetOf(const char *position) const {
         return static_cast<uint32_t>(position - body_);
     }
 
     const char *body_;
     const char *end_;
+    const char *margin_;
     NameTable &names_;
     ScannedText &scanned_;
-    Array<OpenElement> open_;
+    KnownStrings known_;
+    OpenElement current_ = {0, 0, 0, noChildren};
+    Array<OpenElement> enclosing_;
     MarkupSummary summary_;
     const char *tagEnd_; // behind the '>' of the tag taken last
-    Event last_ = Event::none;
-    size_t tags_ = 0;
-    uint32_t lastName_ = 0;
-    std::array<KnownName, 256> known_ = {};
+    TextOf textOf_ = TextOf::nothing;
+    bool isComplete_ = false;
 };
 
 } // namespace

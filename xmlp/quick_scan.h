@@ -14,20 +14,22 @@
 
 namespace velda::xmlp {
 
-// One element. Offsets of texts are from the start of the body, those of names in the name table.
+// One element. Offsets of texts are from the start of the body. Those of names are in the name table,
+// where strings begin at multiples of four, so their lowest bit is free to mark an item.
 struct ElementRecord {
-    uint32_t name;
-    uint32_t parent : 31; // the number of its record plus 1; 0 for the document node
-    uint32_t isItem : 1;
+    static constexpr uint32_t itemBit = 1;
+    static constexpr uint32_t escapedBit = uint32_t{1} << 31;
+
+    uint32_t name;   // with itemBit for a list member
+    uint32_t parent; // the number of its record plus 1; 0 for the document node
     uint32_t text;
-    uint32_t textSize;
-    uint32_t valueSize; // of the text with its references decoded
+    uint32_t textSize; // 0 for an element without text, or with children; escapedBit for references
 };
 
 struct AttributeRecord {
     static constexpr uint32_t noValue = UINT32_MAX;
 
-    uint32_t element; // the number of its element's record
+    uint32_t element; // the number of its element's record plus 1
     uint32_t name;
     uint32_t value;
 };
@@ -40,10 +42,11 @@ struct ScannedText {
 
 enum class ScanResult { taken, declined, noMemory };
 
-// Offsets of the records are 32 bits wide, and a name table may be somewhat larger than its text.
-constexpr size_t quickBodySizeLimit = size_t{1} << 31;
+// Sizes in the records are 31 bits wide, and a name table may be somewhat larger than its text.
+constexpr size_t quickBodySizeLimit = (size_t{1} << 31) - 1;
 
-// Scans a body of at most that size. What is in `names` and `scanned` counts only when it is taken.
+// Scans a body of at most that size, behind which there is a NUL. What is in `names` and `scanned`
+// counts only when it is taken.
 ScanResult quickScan(std::string_view body, IndexMarkup indexMarkup, NameTable &names,
                      ScannedText &scanned);
 

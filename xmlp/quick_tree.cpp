@@ -13,31 +13,42 @@ namespace {
 class TreeWriter {
 public:
     TreeWriter(std::string_view body, const ScannedText &scanned, const StaticBlock &block)
-        : body_(body), scanned_(scanned), block_(block), value_(block.values()) {}
+        : body_(body.data()), scanned_(scanned), names_(block.names()), value_(block.values()),
+          attrs_(block.attrs()), nodes_(block.nodes()) {
+        if (body.size() >= fixedSize && scanned.valueBytes >= fixedSize) {
+            lastFixedText_ = body.size() - fixedSize;
+            lastFixedValue_ = value_ + scanned.valueBytes - fixedSize;
+        }
+    }
 
     XMLP_NODE *write() {
-        *block_.nodes() = XMLP_NODE{};
-        const size_t count = scanned_.elements.size();
-        for (size_t i = 0; i < count; ++i) {
-            writeElement(scanned_.elements[i], block_.nodes() + i + 1);
+        *nodes_ = XMLP_NODE{};
+        XMLP_NODE *node = nodes_;
+        for (const ElementRecord &element : scanned_.elements.records()) {
+            writeElement(element, ++node);
         }
         writeAttributes();
-        return block_.nodes();
+        return nodes_;
     }
 
 private:
-    void writeElement(const ElementRecord &element, XMLP_NODE *node) {
-        XMLP_NODE *parent = block_.nodes() + element.parent;
+    [[gnu::always_inline]] void writeElement(const ElementRecord &element, XMLP_NODE *node) {
+        XMLP_NODE *parent = nodes_ + element.parent;
         XMLP_NODE *previous = parent->lastChild;
-        uint32_t type = element.valueSize != 0 ? XMLP_TYPE_LEAF : XMLP_TYPE_NONE;
-        if (element.isItem != 0) {
-            type = XMLP_TYPE_ITEM;
+        char *value = nullptr;
+        uint32_t valueSize = 0;
+        uint32_t type = XMLP_TYPE_NONE;
+        if (element.textSize != 0) {
+            value = value_;
+            writeValue(element);
+            valueSize = static_cast<uint32_t>(value_ - value);
+            type = XMLP_TYPE_LEAF;
         }
-        char *value = element.valueSize != 0 ? writeValue(element) : nullptr;
-        *node = {block_.names() + element.name,
+        const bool isItem = (element.name & ElementRecord::itemBit) != 0;
+        *node = {names_ + (element.name & ~ElementRecord::itemBit),
                  value,
-                 element.valueSize,
-                 type,
+                 valueSize,
+                 isItem ? uint32_t{XMLP_TYPE_ITEM} : type,
                  nullptr,
                  parent,
                  previous,
@@ -49,43 +60,56 @@ private:
             previous->next = node;
         } else {
             parent->firstChild = node;
-            parent->type = element.isItem != 0 ? XMLP_TYPE_LIST : XMLP_TYPE_BRANCH;
+            parent->type = isItem ? XMLP_TYPE_LIST : XMLP_TYPE_BRANCH;
         }
     }
 
-    char *writeValue(const ElementRecord &element) {
-        char *value = value_;
-        value_ += element.valueSize;
-        const char *text = body_.data() + element.text;
-        if (element.valueSize == element.textSize) {
-            std::memcpy(value, text, element.textSize);
-        } else {
-            xmlp_unTransStr(value, text, element.textSize);
+    [[gnu::always_inline]] void writeValue(const ElementRecord &element) {
+        const char *text = body_ + element.text;
+        const uint32_t size = element.textSize & ~ElementRecord::escapedBit;
+        if (size != element.textSize) [[unlikely]] {
+            value_ = xmlp_unTransStr(value_, text, size);
+            return;
         }
-        return value;
+        // A copy of fixed size is quicker than one of few bytes; what it writes too much is written
+        // over by what comes next.
+        if (size <= fixedSize && element.text <= lastFixedText_ && value_ <= lastFixedValue_)
+            [[likely]] {
+            std::memcpy(value_, text, fixedSize);
+        } else {
+            std::memcpy(value_, text, size);
+        }
+        value_ += size;
     }
 
     void writeAttributes() {
-        const size_t count = scanned_.attributes.size();
-        for (size_t i = 0; i < count; ++i) {
-            const AttributeRecord &attribute = scanned_.attributes[i];
-            XMLP_ATTR *attr = block_.attrs() + i;
-            char *value = attribute.value == AttributeRecord::noValue
-                              ? nullptr
-                              : block_.names() + attribute.value;
-            *attr = {block_.names() + attribute.name, value, nullptr};
-            if (i > 0 && scanned_.attributes[i - 1].element == attribute.element) {
+        XMLP_ATTR *attr = attrs_;
+        uint32_t element = 0;
+        for (const AttributeRecord &attribute : scanned_.attributes.records()) {
+            char *value =
+                attribute.value == AttributeRecord::noValue ? nullptr : names_ + attribute.value;
+            *attr = {names_ + attribute.name, value, nullptr};
+            if (attribute.element == element) {
                 attr[-1].next = attr;
             } else {
-                block_.nodes()[attribute.element + 1].attrList = attr;
+                element = attribute.element;
+                nodes_[element].attrList = attr;
             }
+            ++attr;
         }
     }
 
-    std::string_view body_;
+    static constexpr size_t fixedSize = 16;
+
+    const char *body_;
     const ScannedText &scanned_;
-    const StaticBlock &block_;
+    char *names_;
     char *value_;
+    XMLP_ATTR *attrs_;
+    XMLP_NODE *nodes_;
+    // Up to these there are sixteen bytes to read and to write.
+    size_t lastFixedText_ = 0;
+    const char *lastFixedValue_ = nullptr;
 };
 
 } // namespace

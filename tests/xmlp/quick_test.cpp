@@ -72,8 +72,13 @@ std::string randomElement(std::mt19937 &random, int depth) {
                                         "\n\n"};
     const std::string name = names[random() % std::size(names)];
     std::string tag = "<" + name;
-    for (auto i = random() % 4; i > 1; --i) {
-        tag += " x" + std::to_string(i) + " = \"" + names[random() % 4] + "\"";
+    static const char *const values[] = {"",  "1", "a/b", "\xE2\x82\xAC", "a value of 21 bytes",
+                                         "a>"};
+    for (auto i = random() % 5; i > 1; --i) {
+        tag += random() % 16 == 0 ? " x" : " x" + std::to_string(i);
+        tag += random() % 4 == 0 ? " = \"" : "=\"";
+        tag += random() % 2 == 0 ? names[random() % 4] : values[random() % 16 % 6];
+        tag += '"';
     }
     if (random() % 6 == 0) {
         return tag + "/>";

@@ -1,0 +1,114 @@
+// The short strings that a text has shown so far, to be recognised where they come again.
+//
+// Names repeat in the order they came in before. So each name remembers which ones followed it, and
+// one comparison of sixteen bytes, with the byte behind the name among them, mostly tells what
+// stands at a place in the text, its length and where the name table has it.
+#pragma once
+
+#include "xmlp/name_table.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+#include <utility>
+
+namespace velda::xmlp {
+
+constexpr std::string_view itemName = "item";
+
+// Sixteen bytes of a text.
+struct Words {
+    uint64_t low;
+    uint64_t high;
+};
+
+constexpr size_t wordsSize = sizeof(Words);
+
+inline Words wordsAt(const char *text) {
+    Words words = {};
+    std::memcpy(&words, text, wordsSize);
+    return words;
+}
+
+// By number of bytes, the mask of that many at the start of two words.
+constexpr std::array<Words, wordsSize + 1> makeMasks() {
+    std::array<Words, wordsSize + 1> masks = {};
+    for (size_t count = 0; count <= wordsSize; ++count) {
+        std::array<uint8_t, wordsSize> bytes = {};
+        std::fill_n(bytes.begin(), count, uint8_t{0xFF});
+        masks[count] = std::bit_cast<Words>(bytes);
+    }
+    return masks;
+}
+
+inline constexpr std::array<Words, wordsSize + 1> masks = makeMasks();
+
+// Kinds of children; an element has only those of one kind.
+enum Children : uint32_t { noChildren = 0, namedChildren = 1, itemChildren = 2, anyChildren = 3 };
+
+struct KnownString {
+    Words words; // the string and the byte behind it
+    Words mask;  // what these take of sixteen bytes
+    uint32_t length;
+    uint32_t offset; // in the name table
+    uint32_t kind;   // as a child, when a '>' is behind the name; else noChildren
+    bool isItem;
+    bool hasSlash;
+    char behind;         // the byte behind the string
+    KnownString *next;   // the name that followed it the last time
+    KnownString *second; // and another that did so before
+
+    bool standsIn(const Words &text) const {
+        return (((text.low & mask.low) ^ words.low) | ((text.high & mask.high) ^ words.high)) == 0;
+    }
+};
+
+class KnownStrings {
+public:
+    // Longer strings are not kept here.
+    static constexpr size_t maximumLength = wordsSize - 1;
+
+    explicit KnownStrings(NameTable &names) : names_(names) {
+        none_.words.low = 1; // outside its mask: stands nowhere
+        none_.next = &none_;
+        none_.second = &none_;
+    }
+    KnownStrings(const KnownStrings &) = delete;
+    KnownStrings &operator=(const KnownStrings &) = delete;
+
+    // A name that has followed the last one before, if it's what the text goes on with, else null.
+    const KnownString *takeExpectedName(const Words &text) {
+        if (!lastName_->next->standsIn(text)) [[unlikely]] {
+            if (!lastName_->second->standsIn(text)) {
+                return nullptr;
+            }
+            std::swap(lastName_->next, lastName_->second);
+        }
+        lastName_ = lastName_->next;
+        return lastName_;
+    }
+
+    // Strings of at most that length, which are interned unless they are known. There are sixteen
+    // bytes to read, and neither the string nor the byte behind it is NUL. Null when memory runs out.
+    const KnownString *takeName(const char *name, size_t length);
+    const KnownString *find(const char *string, size_t length) { return findPlace(string, length); }
+
+    // True once memory has run out.
+    bool isOutOfMemory() const { return isOutOfMemory_; }
+
+private:
+    static constexpr unsigned placeBits = 7;
+
+    KnownString *findPlace(const char *string, size_t length);
+
+    NameTable &names_;
+    KnownString none_ = {}; // what follows a name that nothing has followed yet
+    KnownString *lastName_ = &none_;
+    bool isOutOfMemory_ = false;
+    std::array<KnownString, size_t{1} << placeBits> places_ = {};
+};
+
+} // namespace velda::xmlp
