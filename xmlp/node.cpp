@@ -17,10 +17,12 @@ char itemName[] = "item";
 char *const g_xmlp_itemName = itemName;
 
 XMLP_NODE *xmlp_initNode(void) {
-    auto *node = static_cast<XMLP_NODE *>(std::calloc(1, sizeof(XMLP_NODE)));
+    auto *node = static_cast<XMLP_NODE *>(std::malloc(sizeof(XMLP_NODE)));
     if (node == nullptr) {
         XMLP_REPORT("malloc failed.");
+        return nullptr;
     }
+    *node = XMLP_NODE{};
     return node;
 }
 

@@ -25,21 +25,16 @@ void dropWhiteSpace(std::string_view &text) {
 }
 
 bool buildTree(std::string_view body, XMLP_TREE &tree) {
-    if (tree.isStatic != 0) {
-        switch (buildStaticTreeQuickly(body, markupIndexer(), tree.rootNode)) {
-        case QuickTree::built:
-            return true;
-        case QuickTree::noMemory:
-            XMLP_REPORT_FOR("xmlp_parse", "malloc failed.");
-            return false;
-        case QuickTree::declined:
-            break;
-        }
+    const bool isStatic = tree.isStatic != 0;
+    const auto buildQuickly = isStatic ? buildStaticTreeQuickly : buildDynamicTreeQuickly;
+    const QuickTree result = buildQuickly(body, markupIndexer(), tree.rootNode);
+    if (result != QuickTree::declined) {
+        return result == QuickTree::built;
     }
     if (_checkXml(body.data(), body.data() + body.size()) != 0) {
         return false;
     }
-    tree.rootNode = tree.isStatic != 0 ? buildStaticTree(body) : buildDynamicTree(body);
+    tree.rootNode = isStatic ? buildStaticTree(body) : buildDynamicTree(body);
     return tree.rootNode != nullptr;
 }
 

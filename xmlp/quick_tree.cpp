@@ -3,6 +3,7 @@
 #include "xmlp/quick_tree.h"
 
 #include "xmlp/quick_scan.h"
+#include "xmlp/report.h"
 #include "xmlp/static_block.h"
 
 #include <cstring>
@@ -119,21 +120,18 @@ QuickTree buildStaticTreeQuickly(std::string_view body, IndexMarkup indexMarkup,
         return QuickTree::declined;
     }
     NameTable names;
-    if (!names.reserve(firstNameTableSize)) {
-        return QuickTree::noMemory;
-    }
     ScannedText scanned;
-    switch (quickScan(body, indexMarkup, names, scanned)) {
-    case ScanResult::taken:
-        break;
-    case ScanResult::declined:
+    const ScanResult result = names.reserve(firstNameTableSize)
+                                  ? quickScan(body, indexMarkup, names, scanned)
+                                  : ScanResult::noMemory;
+    if (result == ScanResult::declined) {
         return QuickTree::declined;
-    case ScanResult::noMemory:
-        return QuickTree::noMemory;
     }
     StaticBlock block;
-    if (!block.obtain(names,
+    if (result == ScanResult::noMemory ||
+        !block.obtain(names,
                       {scanned.elements.size(), scanned.attributes.size(), scanned.valueBytes})) {
+        XMLP_REPORT_FOR("xmlp_parse", "malloc failed.");
         return QuickTree::noMemory;
     }
     root = TreeWriter(body, scanned, block).write();

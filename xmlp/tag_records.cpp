@@ -14,6 +14,23 @@ struct FreeAttrs {
     void operator()(XMLP_ATTR *attrs) const { xmlp_freeAttrList(attrs); }
 };
 
+} // namespace
+
+char *SearchedNames::find(std::string_view string) const {
+    return _findName(table_, string.data(), static_cast<uint32_t>(string.size()));
+}
+
+char *SearchedNames::findNew(std::string_view name, const XMLP_ATTR *tagAttrs) const {
+    const auto length = static_cast<uint32_t>(name.size());
+    return xmlp_isAttrNameExist(tagAttrs, name.data(), length) != 0 ? nullptr : find(name);
+}
+
+char *IndexedNames::findNew(std::string_view name, const XMLP_ATTR *) {
+    bool isRepeated = false;
+    const size_t offset = index_.findInTag(name, tagNumber_, isRepeated);
+    return isRepeated ? nullptr : base_ + offset;
+}
+
 Owned<char> copyText(std::string_view text) {
     auto copy = allocate<char>(text.size() + 1);
     if (copy != nullptr) {
@@ -32,23 +49,6 @@ XMLP_ATTR *newAttr(const TagAttribute &attribute) {
     }
     *attr = {name.release(), value.release(), nullptr};
     return attr.release();
-}
-
-} // namespace
-
-char *SearchedNames::find(std::string_view string) const {
-    return _findName(table_, string.data(), static_cast<uint32_t>(string.size()));
-}
-
-char *SearchedNames::findNew(std::string_view name, const XMLP_ATTR *tagAttrs) const {
-    const auto length = static_cast<uint32_t>(name.size());
-    return xmlp_isAttrNameExist(tagAttrs, name.data(), length) != 0 ? nullptr : find(name);
-}
-
-char *IndexedNames::findNew(std::string_view name, const XMLP_ATTR *) {
-    bool isRepeated = false;
-    const size_t offset = index_.findInTag(name, tagNumber_, isRepeated);
-    return isRepeated ? nullptr : base_ + offset;
 }
 
 void reportRepeatedAttr() {

@@ -40,6 +40,10 @@ private:
 
 void reportRepeatedAttr();
 
+// Parts of a dynamic tree; null when memory runs out.
+Owned<char> copyText(std::string_view text); // with a NUL behind it
+XMLP_ATTR *newAttr(const TagAttribute &attribute);
+
 // Reads a tag that passed the check: `name` becomes the element's name, and the attributes are
 // written as consecutive records at `attrs`, of which there is room for `capacity`. The number of
 // attributes, or nothing when the tag can't be read.

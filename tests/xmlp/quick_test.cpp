@@ -53,8 +53,13 @@ bool isTakenAlike(const std::string &body) {
                                 QuickTree::built;
                   }),
                   "");
+        XMLP_NODE *editable = nullptr;
+        const QuickTree result = velda::xmlp::buildDynamicTreeQuickly(body, indexer, editable);
+        EXPECT_EQ(result == QuickTree::built, isTaken) << body;
         if (isTaken) {
+            EXPECT_EQ(treeText(editable), treeText(root)) << body;
             EXPECT_EQ(layout(root), plain) << body;
+            xmlp_delDtree(editable);
         }
     }
     return isTaken;
