@@ -134,14 +134,22 @@ private:
 
 QuickTree buildDynamicTreeQuickly(std::string_view body, IndexMarkup indexMarkup,
                                   XMLP_NODE *&root) {
+    OwnedTree tree(xmlp_initNode());
+    if (tree == nullptr) {
+        return QuickTree::noMemory;
+    }
     NameTable names;
     ScannedText scanned;
-    if (body.size() > quickBodySizeLimit || !names.reserve(firstNameTableSize) ||
-        quickScan(body, indexMarkup, names, scanned) != ScanResult::taken) {
+    switch (quickScan(body, indexMarkup, names, scanned)) {
+    case ScanResult::taken:
+        break;
+    case ScanResult::declined:
         return QuickTree::declined;
+    case ScanResult::noMemory:
+        XMLP_REPORT_FOR("xmlp_parse", "malloc failed.");
+        return QuickTree::noMemory;
     }
-    OwnedTree tree(xmlp_initNode());
-    if (tree == nullptr || !TreeMaker(body, names, scanned, tree.get()).make()) {
+    if (!TreeMaker(body, names, scanned, tree.get()).make()) {
         return QuickTree::noMemory;
     }
     root = tree.release();

@@ -403,6 +403,14 @@ private:
 
 ScanResult quickScan(std::string_view body, IndexMarkup indexMarkup, NameTable &names,
                      ScannedText &scanned) {
+    // Sizes in the records are 31 bits wide, and a name table may be somewhat larger than its text.
+    constexpr size_t largest = (size_t{1} << 31) - 1;
+    if (body.size() > largest) {
+        return ScanResult::declined;
+    }
+    if (!names.reserve(firstNameTableSize)) {
+        return ScanResult::noMemory;
+    }
     return Scanner(body, names, scanned).run(indexMarkup);
 }
 

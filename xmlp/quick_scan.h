@@ -42,11 +42,8 @@ struct ScannedText {
 
 enum class ScanResult { taken, declined, noMemory };
 
-// Sizes in the records are 31 bits wide, and a name table may be somewhat larger than its text.
-constexpr size_t quickBodySizeLimit = (size_t{1} << 31) - 1;
-
-// Scans a body of at most that size, behind which there is a NUL. What is in `names` and `scanned`
-// counts only when it is taken.
+// Scans a body behind which there is a NUL. What is in `names`, which starts empty, and `scanned` counts
+// only when it is taken.
 ScanResult quickScan(std::string_view body, IndexMarkup indexMarkup, NameTable &names,
                      ScannedText &scanned);
 

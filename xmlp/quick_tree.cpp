@@ -116,14 +116,9 @@ private:
 } // namespace
 
 QuickTree buildStaticTreeQuickly(std::string_view body, IndexMarkup indexMarkup, XMLP_NODE *&root) {
-    if (body.size() > quickBodySizeLimit) {
-        return QuickTree::declined;
-    }
     NameTable names;
     ScannedText scanned;
-    const ScanResult result = names.reserve(firstNameTableSize)
-                                  ? quickScan(body, indexMarkup, names, scanned)
-                                  : ScanResult::noMemory;
+    const ScanResult result = quickScan(body, indexMarkup, names, scanned);
     if (result == ScanResult::declined) {
         return QuickTree::declined;
     }
