@@ -10,23 +10,32 @@ namespace {
 
 constexpr unsigned char markerBytes[wordSize] = {0x00, 0xFF, 0xFF, 0x00};
 
-uint32_t wordAt(const char *bytes, size_t count) {
-    uint32_t word = 0;
-    std::memcpy(&word, bytes, count);
-    return word;
-}
-
 uint32_t marker() {
     uint32_t word = 0;
     std::memcpy(&word, markerBytes, wordSize);
     return word;
 }
 
-// The words of an entry, the padded or marker word included, by their place in it.
+// The words of an entry, the padded or marker word included, by their place in it. They serve to tell
+// entries apart: the padded word need not be what lies in memory.
 uint32_t entryWord(std::string_view string, size_t place) {
-    const size_t offset = place * wordSize;
-    const size_t count = std::min(wordSize, string.size() - offset);
-    return count == 0 ? marker() : wordAt(string.data() + offset, count);
+    const char *bytes = string.data() + place * wordSize;
+    uint32_t word = 0;
+    switch (string.size() - place * wordSize) {
+    case 0:
+        return marker();
+    case 3:
+        word = static_cast<unsigned char>(bytes[2]);
+        [[fallthrough]];
+    case 2:
+        word = word << 8 | static_cast<unsigned char>(bytes[1]);
+        [[fallthrough]];
+    case 1:
+        return word << 8 | static_cast<unsigned char>(bytes[0]);
+    default:
+        std::memcpy(&word, bytes, wordSize);
+        return word;
+    }
 }
 
 } // namespace
@@ -105,39 +114,43 @@ bool NameTable::growIndex(size_t moreEntries) {
 
 bool NameTable::intern(std::string_view string, size_t &offset) {
     const size_t words = entrySize(string.size()) / wordSize;
-    if (!growIndex(words)) {
+    if (slotCount_ / 2 < usedSlots_ + words && !growIndex(words)) {
         return false;
     }
     uint32_t rest = 0;
-    bool isNew = false;
-    for (size_t place = words; place-- > 0;) {
-        Slot *slot = lookUp(entryWord(string, place), rest);
+    size_t place = words;
+    Slot *slot = nullptr;
+    for (; place > 0; --place) {
+        slot = lookUp(entryWord(string, place - 1), rest);
         if (slot->position == 0) {
-            isNew = true;
-            break;
+            return append(string, place, slot, rest, offset);
         }
         rest = slot->position;
     }
-    if (!isNew) {
-        offset = size_t{rest - 1U} * wordSize;
-        return true;
-    }
-    offset = usedBytes();
+    offset = slot->offset();
+    return true;
+}
+
+// A string of which all is known from this place on, and nothing before it.
+bool NameTable::append(std::string_view string, size_t place, Slot *slot, uint32_t rest,
+                       size_t &offset) {
+    const size_t words = entrySize(string.size()) / wordSize;
     // One all-zero word must remain behind the entry.
     const auto needed = CheckedSize(usedBytes()).add(words + 1, wordSize).bytes();
     if (!needed || (*needed > tableBytes_ && !growTable(*needed))) {
         return false;
     }
-    writeEntry(table_.get() + usedBytes(), string);
-    rest = 0;
-    for (size_t place = words; place-- > 0;) {
-        const uint32_t word = entryWord(string, place);
-        Slot *slot = lookUp(word, rest);
-        if (slot->position == 0) {
-            *slot = {word, rest, static_cast<uint32_t>(usedWords_ + place + 1), 0};
-            ++usedSlots_;
+    offset = usedBytes();
+    writeEntry(table_.get() + offset, string);
+    usedSlots_ += place;
+    while (true) {
+        const auto position = static_cast<uint32_t>(usedWords_ + place);
+        *slot = {entryWord(string, place - 1), rest, position, 0};
+        if (--place == 0) {
+            break;
         }
-        rest = slot->position;
+        rest = position;
+        slot = lookUp(entryWord(string, place - 1), rest);
     }
     usedWords_ += words;
     return true;

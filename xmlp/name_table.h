@@ -71,6 +71,7 @@ private:
 
     Slot *lookUp(uint32_t word, uint32_t rest) const;
     Slot *findSlot(std::string_view string) const;
+    bool append(std::string_view string, size_t place, Slot *slot, uint32_t rest, size_t &offset);
     bool growTable(size_t bytes);
     bool growIndex(size_t moreEntries);
 

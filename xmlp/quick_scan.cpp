@@ -1,7 +1,7 @@
 #include "xmlp/quick_scan.h"
 
 #include "xmlp/chars.h"
-#include "xmlp/known_strings.h"
+#include "xmlp/known_names.h"
 #include "xmlp/tag.h"
 
 #include <algorithm>
@@ -42,14 +42,15 @@ public:
             if (summary_.mayHideMarkup) {
                 return ScanResult::declined;
             }
-            // As many as the whole text will need if it goes on like its beginning.
-            const size_t expected = start == 0 ? size / stretchSize * count / 2 : 0;
-            if (!scanned_.elements.makeRoom(count + expected)) {
+            if (!scanned_.elements.makeRoom(count)) {
                 return ScanResult::noMemory;
             }
             const ScanResult result = takeTags(stretch, {offsets, count});
             if (result != ScanResult::taken) {
                 return result;
+            }
+            if (start == 0 && !reserveForWhole(size)) {
+                return ScanResult::noMemory;
             }
             tags += count;
         }
@@ -59,6 +60,13 @@ public:
     }
 
 private:
+    // Room for as many records as there will be if a text of this size goes on like its first stretch.
+    bool reserveForWhole(size_t size) {
+        const size_t more = size / stretchSize;
+        return scanned_.elements.makeRoom(more * scanned_.elements.size()) &&
+               scanned_.attributes.makeRoom(more * scanned_.attributes.size());
+    }
+
     ScanResult takeTags(const char *stretch, std::span<const uint16_t> offsets) {
         // All but the last tag and those beyond the margin, where there is less to read.
         size_t ordinary = offsets.empty() ? 0 : offsets.size() - 1;
@@ -77,7 +85,7 @@ private:
                 result = takeEndTag(tag);
                 continue;
             }
-            const KnownString *name = known_.takeExpectedName(wordsAt(tag + 1));
+            const KnownName *name = known_.takeExpected(wordsAt(tag + 1));
             if (name == nullptr) [[unlikely]] {
                 name = lookUpName(tag + 1);
             }
@@ -111,15 +119,14 @@ private:
     }
 
     // Null for a name that is not a short one with a '>' or a space behind it, or for want of memory.
-    [[gnu::noinline]] const KnownString *lookUpName(const char *name) {
+    [[gnu::noinline]] const KnownName *lookUpName(const char *name) {
         const size_t length = lengthOf(name, nameByte);
-        const bool isShort = length > 0 && length <= KnownStrings::maximumLength;
-        return isShort && (name[length] == '>' || name[length] == ' ')
-                   ? known_.takeName(name, length)
-                   : nullptr;
+        const bool isShort = length > 0 && length <= KnownNames::maximumLength;
+        return isShort && (name[length] == '>' || name[length] == ' ') ? known_.take(name, length)
+                                                                       : nullptr;
     }
 
-    [[gnu::noinline]] ScanResult takeOtherStartTag(const char *name, const KnownString *known) {
+    [[gnu::noinline]] ScanResult takeOtherStartTag(const char *name, const KnownName *known) {
         if (known_.isOutOfMemory()) {
             return ScanResult::noMemory;
         }
@@ -211,13 +218,12 @@ private:
 
     // A tag as it is mostly written: one space before each attribute and none elsewhere. What is not
     // so is left to takeAnyStartTag, from the tag's beginning.
-    [[gnu::noinline]] ScanResult takeTagWithAttributes(const char *name, const KnownString &known) {
-        const KnownString element = known; // its place may be taken by another string
+    [[gnu::noinline]] ScanResult takeTagWithAttributes(const char *name, const KnownName &known) {
+        const KnownName element = known; // its place may be taken by another string
         const size_t before = scanned_.attributes.size();
         const char *position = name + element.length;
-        bool hasSlash = false;
         while (*position == ' ') {
-            const ScanResult result = takeAttribute(position, before, hasSlash);
+            const ScanResult result = takeAttribute(position, before);
             if (result == ScanResult::noMemory) {
                 return result;
             }
@@ -225,7 +231,9 @@ private:
                 break;
             }
         }
-        const bool isEmpty = position[0] == '/' && position[1] == '>' && !hasSlash;
+        // To the plain road the first slash in a tag that ends with one is its end.
+        const bool isEmpty =
+            position[0] == '/' && position[1] == '>' && std::find(name, position, '/') == position;
         if (*position != '>' && !isEmpty) {
             scanned_.attributes.shrink(before);
             return takeAnyStartTag(name);
@@ -236,18 +244,18 @@ private:
 
     // The attribute behind this space; `position` is moved behind its value. Declined, without having
     // moved, when it's written in any other than the plainest way.
-    ScanResult takeAttribute(const char *&position, size_t firstOfTag, bool &hasSlash) {
+    ScanResult takeAttribute(const char *&position, size_t firstOfTag) {
         const char *name = position + 1;
         if (name > margin_) {
             return ScanResult::declined;
         }
-        const KnownString *known = known_.takeExpectedName(wordsAt(name));
+        const KnownName *known = known_.takeExpected(wordsAt(name));
         if (known == nullptr) {
             const size_t length = lengthOf(name, nameByte);
-            if (length == 0 || length > KnownStrings::maximumLength || name[length] != '=') {
+            if (length == 0 || length > KnownNames::maximumLength || name[length] != '=') {
                 return ScanResult::declined;
             }
-            known = known_.takeName(name, length);
+            known = known_.take(name, length);
             if (known == nullptr) {
                 return ScanResult::noMemory;
             }
@@ -261,8 +269,14 @@ private:
         if (value[length] != '"' || isRepeated(attribute.name, firstOfTag)) {
             return ScanResult::declined;
         }
-        if (!internValue({value, length}, attribute.value, hasSlash) ||
-            !scanned_.attributes.push(attribute)) {
+        if (length > 0) {
+            size_t place = 0;
+            if (!names_.intern({value, length}, place)) {
+                return ScanResult::noMemory;
+            }
+            attribute.value = static_cast<uint32_t>(place);
+        }
+        if (!scanned_.attributes.push(attribute)) {
             return ScanResult::noMemory;
         }
         position = value + length + 1;
@@ -279,28 +293,6 @@ private:
             }
         }
         return count - firstOfTag == many;
-    }
-
-    // A value with two quotes around it.
-    bool internValue(std::string_view value, uint32_t &offset, bool &hasSlash) {
-        if (value.empty()) {
-            return true;
-        }
-        if (value.size() <= KnownStrings::maximumLength) {
-            const KnownString *known = known_.find(value.data(), value.size());
-            if (known != nullptr) {
-                offset = known->offset;
-                hasSlash |= known->hasSlash;
-            }
-            return known != nullptr;
-        }
-        size_t place = 0;
-        if (!names_.intern(value, place)) {
-            return false;
-        }
-        offset = static_cast<uint32_t>(place);
-        hasSlash |= std::memchr(value.data(), '/', value.size()) != nullptr;
-        return true;
     }
 
     // Any tag, with the reader that the plain road uses.
@@ -390,7 +382,7 @@ private:
     const char *margin_;
     NameTable &names_;
     ScannedText &scanned_;
-    KnownStrings known_;
+    KnownNames known_;
     OpenElement current_ = {0, 0, 0, noChildren};
     Array<OpenElement> enclosing_;
     MarkupSummary summary_;

@@ -1,7 +1,7 @@
-// The short strings that a text has shown so far, to be recognised where they come again.
+// The short names that a text has shown so far, to be recognised where they come again.
 //
-// Names repeat in the order they came in before. So each name remembers which ones followed it, and
-// one comparison of sixteen bytes, with the byte behind the name among them, mostly tells what
+// They repeat in the order they came in before. So each name remembers which ones followed it, and
+// one comparison of sixteen bytes, with the byte behind it among them, mostly tells what
 // stands at a place in the text, its length and where the name table has it.
 #pragma once
 
@@ -49,52 +49,50 @@ inline constexpr std::array<Words, wordsSize + 1> masks = makeMasks();
 // Kinds of children; an element has only those of one kind.
 enum Children : uint32_t { noChildren = 0, namedChildren = 1, itemChildren = 2, anyChildren = 3 };
 
-struct KnownString {
-    Words words; // the string and the byte behind it
+struct KnownName {
+    Words words; // the name and the byte behind it
     Words mask;  // what these take of sixteen bytes
     uint32_t length;
     uint32_t offset; // in the name table
     uint32_t kind;   // as a child, when a '>' is behind the name; else noChildren
     bool isItem;
-    bool hasSlash;
-    char behind;         // the byte behind the string
-    KnownString *next;   // the name that followed it the last time
-    KnownString *second; // and another that did so before
+    char behind;       // the byte behind the name
+    KnownName *next;   // the name that followed it the last time
+    KnownName *second; // and another that did so before
 
     bool standsIn(const Words &text) const {
         return (((text.low & mask.low) ^ words.low) | ((text.high & mask.high) ^ words.high)) == 0;
     }
 };
 
-class KnownStrings {
+class KnownNames {
 public:
-    // Longer strings are not kept here.
+    // Longer names are not kept here.
     static constexpr size_t maximumLength = wordsSize - 1;
 
-    explicit KnownStrings(NameTable &names) : names_(names) {
+    explicit KnownNames(NameTable &names) : names_(names) {
         none_.words.low = 1; // outside its mask: stands nowhere
         none_.next = &none_;
         none_.second = &none_;
     }
-    KnownStrings(const KnownStrings &) = delete;
-    KnownStrings &operator=(const KnownStrings &) = delete;
+    KnownNames(const KnownNames &) = delete;
+    KnownNames &operator=(const KnownNames &) = delete;
 
     // A name that has followed the last one before, if it's what the text goes on with, else null.
-    const KnownString *takeExpectedName(const Words &text) {
-        if (!lastName_->next->standsIn(text)) [[unlikely]] {
-            if (!lastName_->second->standsIn(text)) {
+    const KnownName *takeExpected(const Words &text) {
+        if (!last_->next->standsIn(text)) [[unlikely]] {
+            if (!last_->second->standsIn(text)) {
                 return nullptr;
             }
-            std::swap(lastName_->next, lastName_->second);
+            std::swap(last_->next, last_->second);
         }
-        lastName_ = lastName_->next;
-        return lastName_;
+        last_ = last_->next;
+        return last_;
     }
 
-    // Strings of at most that length, which are interned unless they are known. There are sixteen
-    // bytes to read, and neither the string nor the byte behind it is NUL. Null when memory runs out.
-    const KnownString *takeName(const char *name, size_t length);
-    const KnownString *find(const char *string, size_t length) { return findPlace(string, length); }
+    // A name of at most that length, which is interned unless it is known. There are sixteen bytes to
+    // read, and neither the name nor the byte behind it is NUL. Null when memory runs out.
+    const KnownName *take(const char *name, size_t length);
 
     // True once memory has run out.
     bool isOutOfMemory() const { return isOutOfMemory_; }
@@ -102,13 +100,11 @@ public:
 private:
     static constexpr unsigned placeBits = 7;
 
-    KnownString *findPlace(const char *string, size_t length);
-
     NameTable &names_;
-    KnownString none_ = {}; // what follows a name that nothing has followed yet
-    KnownString *lastName_ = &none_;
+    KnownName none_ = {}; // what follows a name that nothing has followed yet
+    KnownName *last_ = &none_;
     bool isOutOfMemory_ = false;
-    std::array<KnownString, size_t{1} << placeBits> places_ = {};
+    std::array<KnownName, size_t{1} << placeBits> places_ = {};
 };
 
 } // namespace velda::xmlp

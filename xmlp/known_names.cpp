@@ -1,0 +1,35 @@
+#include "xmlp/known_names.h"
+
+namespace velda::xmlp {
+
+const KnownName *KnownNames::take(const char *name, size_t length) {
+    constexpr uint64_t multiplier = 0x9E3779B97F4A7C15;
+    const Words text = wordsAt(name);
+    const Words &mask = masks[length + 1];
+    const Words words = {text.low & mask.low, text.high & mask.high};
+    const uint64_t hash = (words.low ^ words.high * 31) * multiplier;
+    KnownName &known = places_[hash >> (64 - placeBits)];
+    if (known.words.low != words.low || known.words.high != words.high) {
+        size_t offset = 0;
+        if (!names_.intern({name, length}, offset)) {
+            isOutOfMemory_ = true;
+            return nullptr;
+        }
+        const bool isItem = std::string_view(name, length) == itemName;
+        const Children kind = isItem ? itemChildren : namedChildren;
+        known = {words,
+                 mask,
+                 static_cast<uint32_t>(length),
+                 static_cast<uint32_t>(offset),
+                 name[length] == '>' ? kind : noChildren,
+                 isItem,
+                 name[length],
+                 &none_,
+                 &none_};
+    }
+    last_->second = std::exchange(last_->next, &known);
+    last_ = &known;
+    return &known;
+}
+
+} // namespace velda::xmlp
