@@ -19,9 +19,10 @@ constexpr size_t blockSize = 64;
 
 // What is asked of every block.
 struct Markup {
-    uint64_t less; // a bit for each '<'
-    size_t closing;
-    bool hasOthers; // bytes that need a closer look: '&' and those of 0x80 and above
+    uint64_t less;    // a bit for each '<'
+    uint64_t greater; // and for each '>'
+    size_t closing;   // how many of these
+    bool hasOthers;   // bytes that need a closer look: '&' and those of 0x80 and above
 };
 
 // Eight bytes, the first one lowest.
@@ -52,14 +53,6 @@ uint64_t maskOfByte(const char *block, char byte) {
     return mask;
 }
 
-uint64_t maskOfHighBytes(const char *block) {
-    uint64_t mask = 0;
-    for (size_t i = 0; i < blockSize; i += 8) {
-        mask |= maskOfHighBits(bytesAt(block + i)) << i;
-    }
-    return mask;
-}
-
 // std::popcount, where the processor has no instruction for it, is a call into a run-time library.
 size_t countBits(uint64_t bits) {
     bits -= bits >> 1 & 0x5555555555555555U;
@@ -68,42 +61,38 @@ size_t countBits(uint64_t bits) {
     return static_cast<size_t>(bits * everyByte >> 56);
 }
 
-// Lead bytes of characters of at least two, three and four bytes.
+// Lead bytes of characters of at least two, three and four bytes, told by their first bits. Some that
+// begin no character are among them, so that a few texts more are thought to hide markup.
 struct Leads {
     uint64_t two = 0;
     uint64_t three = 0;
     uint64_t four = 0;
 };
 
-Leads leadsOf(const char *block, uint64_t high) {
+Leads leadsOf(const char *block) {
     Leads leads;
-    for (; high != 0; high &= high - 1) {
-        const int place = std::countr_zero(high);
-        const auto byte = static_cast<unsigned char>(block[place]);
-        const uint64_t bit = uint64_t{1} << place;
-        if (byte >= 0xC2 && byte <= 0xF4) {
-            leads.two |= bit;
-            leads.three |= byte >= 0xE0 ? bit : 0;
-            leads.four |= byte >= 0xF0 ? bit : 0;
-        }
+    for (size_t i = 0; i < blockSize; i += 8) {
+        const uint64_t bytes = bytesAt(block + i);
+        const uint64_t two = bytes & bytes << 1;
+        const uint64_t three = two & bytes << 2;
+        leads.two |= maskOfHighBits(two) << i;
+        leads.three |= maskOfHighBits(three) << i;
+        leads.four |= maskOfHighBits(three & bytes << 3) << i;
     }
     return leads;
 }
 
 // Few blocks of most texts come here. `source` is where the block stands in its text.
-[[gnu::noinline]] void lookAtOthers(const char *block, const char *source, MarkupSummary &summary) {
+[[gnu::noinline]] void lookAtOthers(const char *block, const char *source, uint64_t markup,
+                                    MarkupSummary &summary) {
     const uint64_t ampersands = maskOfByte(block, '&');
     if (ampersands != 0) {
         summary.lastAmpersand = source + std::bit_width(ampersands) - 1;
     }
-    const uint64_t high = maskOfHighBytes(block);
-    if ((high | summary.carry) != 0) {
-        const Leads leads = leadsOf(block, high);
-        const uint64_t reached =
-            summary.carry | leads.two << 1 | leads.three << 2 | leads.four << 3;
-        summary.mayHideMarkup |= (reached & (maskOfByte(block, '<') | maskOfByte(block, '>'))) != 0;
-        summary.carry = leads.two >> 63 | leads.three >> 62 | leads.four >> 61;
-    }
+    const Leads leads = leadsOf(block);
+    const uint64_t reached = summary.carry | leads.two << 1 | leads.three << 2 | leads.four << 3;
+    summary.mayHideMarkup |= (reached & markup) != 0;
+    summary.carry = leads.two >> 63 | leads.three >> 62 | leads.four >> 61;
 }
 
 template <Markup (*markupOf)(const char *block)>
@@ -125,7 +114,7 @@ template <Markup (*markupOf)(const char *block)>
         }
         closing += markup.closing;
         if (markup.hasOthers || summary.carry != 0) [[unlikely]] {
-            lookAtOthers(block, text + start, summary);
+            lookAtOthers(block, text + start, markup.less | markup.greater, summary);
         }
     }
     summary.closing += closing;
@@ -133,8 +122,13 @@ template <Markup (*markupOf)(const char *block)>
 }
 
 Markup markupByWords(const char *block) {
-    const bool hasOthers = (maskOfByte(block, '&') | maskOfHighBytes(block)) != 0;
-    return {maskOfByte(block, '<'), countBits(maskOfByte(block, '>')), hasOthers};
+    uint64_t all = 0;
+    for (size_t i = 0; i < blockSize; i += 8) {
+        all |= bytesAt(block + i);
+    }
+    const uint64_t greater = maskOfByte(block, '>');
+    const bool hasOthers = (all & everyByte << 7) != 0 || maskOfByte(block, '&') != 0;
+    return {maskOfByte(block, '<'), greater, countBits(greater), hasOthers};
 }
 
 #if defined(__x86_64__)
@@ -155,7 +149,7 @@ inline Markup markupBySse2(const char *block) {
         others =
             _mm_or_si128(others, _mm_or_si128(bytes, _mm_cmpeq_epi8(bytes, _mm_set1_epi8('&'))));
     }
-    return {less, countBits(greater), _mm_movemask_epi8(others) != 0};
+    return {less, greater, countBits(greater), _mm_movemask_epi8(others) != 0};
 }
 
 size_t indexMarkupBySse2(const char *text, size_t size, uint16_t *offsets, MarkupSummary &summary) {
@@ -176,7 +170,8 @@ size_t indexMarkupBySse2(const char *text, size_t size, uint16_t *offsets, Marku
     const __m256i others = _mm256_or_si256(
         _mm256_or_si256(low, high),
         _mm256_or_si256(_mm256_cmpeq_epi8(low, ampersand), _mm256_cmpeq_epi8(high, ampersand)));
-    return {maskOf('<'), static_cast<size_t>(__builtin_popcountll(maskOf('>'))),
+    const uint64_t greater = maskOf('>');
+    return {maskOf('<'), greater, static_cast<size_t>(__builtin_popcountll(greater)),
             _mm256_movemask_epi8(others) != 0};
 }
 
