@@ -30,11 +30,4 @@ Column writingColumn(const Text &text);
 // DES and MD5 on so many bytes, beside libcrypto's bare loop over the same bytes.
 Column cipherColumn(size_t bytes);
 
-// Reports a case that can't be measured and ends the program.
-[[noreturn]] void refuse(const std::string &what, const std::string &why);
-
-// Ends the program unless every parser accepts the text and finds all of its elements, and all
-// writers write the same of it.
-void checkParsers(const Text &text);
-
 } // namespace bench

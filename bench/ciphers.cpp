@@ -1,5 +1,6 @@
 // DES and MD5 of the product beside libcrypto's own loops.
 #include "bench/cases.h"
+#include "bench/check.h"
 
 #include "crypto/quelm.h"
 

@@ -1,14 +1,18 @@
 // velda-bench: times of the libraries and of their peers, as ratios.
 //
 //   velda-bench [--quick] [--benchmark_...]      prints the tables
+//   velda-bench --instructions [--quick]         prints tables of counts instead
 //   velda-bench --repeat <text> <row> <times>    does one piece of work, for a counter of instructions
 //   velda-bench --text <text>                    writes one of the texts
+#include "bench/check.h"
+#include "bench/instructions.h"
 #include "bench/report.h"
 
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,9 +33,9 @@ void printTables(bool quick) {
         Table writing(group.title + ": writing, pugixml = 1");
         for (const Text &text : group.texts) {
             const Column read = readingColumn(text);
-            reading.add(read, measure(read));
+            addRatios(reading, read, measure(read), "ns/B", 1e9);
             const Column write = writingColumn(text);
-            writing.add(write, measure(write));
+            addRatios(writing, write, measure(write), "ns/B", 1e9);
         }
         reading.print();
         writing.print();
@@ -39,7 +43,7 @@ void printTables(bool quick) {
     Table ciphers("DES and MD5, libcrypto = 1");
     for (const size_t bytes : {64u, 1024u, 65'536u}) {
         const Column column = cipherColumn(bytes);
-        ciphers.add(column, measure(column));
+        addRatios(ciphers, column, measure(column), "ns/B", 1e9);
     }
     ciphers.print();
     std::printf("\n%s\n", spread().c_str());
@@ -71,6 +75,44 @@ void repeat(const std::string &textName, const std::string &row, long times) {
     refuse(row, "no such row");
 }
 
+// What one more execution adds, so that the start and the making of the text drop out.
+double instructionsEach(const Text &text, const std::string &row) {
+    static const std::string self = std::filesystem::read_symlink("/proc/self/exe");
+    const auto count = [&](int times) {
+        return instructionsOf({self, "--repeat", text.name, row, std::to_string(times)});
+    };
+    return (count(6) - count(2)) / 4;
+}
+
+// The product's cases and those that they are set in relation to.
+void addCounts(Table &table, const Column &column, const Text &text) {
+    Times counts;
+    for (const Case &measured : column.cases) {
+        const bool product = measured.row.rfind("xmlp", 0) == 0;
+        if ((product || measured.row == measured.reference) && !measured.prepare) {
+            counts[measured.row] = {instructionsEach(text, measured.row)};
+        }
+    }
+    addRatios(table, column, counts, "instructions/B", 1);
+}
+
+void printCounts(bool quick) {
+    Table reading("Instructions of reading and dropping, pugixml = 1");
+    Table writing("Instructions of writing, pugixml = 1");
+    std::vector<const char *> names = {"indented 204,799 B", "compact 204,799 B"};
+    if (!quick) {
+        names.insert(names.end(),
+                     {"attributes 204,799 B", "names 204,799 B", "entities 204,799 B"});
+    }
+    for (const char *name : names) {
+        const Text text = textNamed(name);
+        addCounts(reading, readingColumn(text), text);
+        addCounts(writing, writingColumn(text), text);
+    }
+    reading.print();
+    writing.print();
+}
+
 // The library takes its options from a command line; those of the caller come last and win.
 void initialize(bool quick, int argc, char **argv) {
     std::vector<std::string> options = {
@@ -99,6 +141,10 @@ int main(int argc, char **argv) {
     }
     if (command == "--text" && argc == 3) {
         std::fputs(textNamed(argv[2]).bytes.c_str(), stdout);
+        return 0;
+    }
+    if (command == "--instructions") {
+        printCounts(argc == 3 && std::string_view(argv[2]) == "--quick");
         return 0;
     }
     const bool quick = command == "--quick";

@@ -2,9 +2,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
-#include <chrono>
-#include <cstdio>
 #include <ctime>
 
 namespace bench {
@@ -17,19 +14,8 @@ std::vector<double> &spreads() {
     return all;
 }
 
-double quantile(std::vector<double> values, double share) {
-    std::sort(values.begin(), values.end());
-    return values[static_cast<size_t>(share * static_cast<double>(values.size() - 1) + 0.5)];
-}
-
 double median(const std::vector<double> &values) {
     return quantile(values, 0.5);
-}
-
-std::string fixed(double value, int digits) {
-    char text[64];
-    std::snprintf(text, sizeof text, "%.*f", digits, value);
-    return text;
 }
 
 double processorSeconds() {
@@ -98,44 +84,20 @@ Times measure(const Column &column) {
     return times;
 }
 
-void Table::add(const Column &column, const Times &times) {
-    columns_.push_back(column.name);
+void addRatios(Table &table, const Column &column, const Times &times, const std::string &unit,
+               double scale) {
     for (const Case &measured : column.cases) {
         const auto found = times.find(measured.row);
         const auto reference = times.find(measured.reference);
         if (found == times.end() || reference == times.end()) {
             continue; // filtered out
         }
-        if (std::find(rows_.begin(), rows_.end(), measured.row) == rows_.end()) {
-            rows_.push_back(measured.row);
-        }
         const double own = median(found->second);
-        cells_[measured.row][column.name] =
-            measured.row == measured.reference
-                ? "**1** = " + fixed(1e9 * own / static_cast<double>(column.bytes), 2) + " ns/B"
-                : fixed(own / median(reference->second), 2);
+        const double perByte = scale * own / static_cast<double>(column.bytes);
+        table.set(measured.row, column.name,
+                  measured.row == measured.reference ? "**1** = " + fixed(perByte, 2) + " " + unit
+                                                     : fixed(own / median(reference->second), 2));
     }
-}
-
-void Table::print() const {
-    std::printf("\n### %s\n\n| |", title_.c_str());
-    for (const std::string &column : columns_) {
-        std::printf(" %s |", column.c_str());
-    }
-    std::printf("\n|---|");
-    for (size_t i = 0; i < columns_.size(); ++i) {
-        std::printf("---:|");
-    }
-    std::printf("\n");
-    for (const std::string &row : rows_) {
-        std::printf("| %s |", row.c_str());
-        for (const std::string &column : columns_) {
-            const auto cell = cells_.at(row).find(column);
-            std::printf(" %s |", cell != cells_.at(row).end() ? cell->second.c_str() : "");
-        }
-        std::printf("\n");
-    }
-    std::fflush(stdout);
 }
 
 std::string spread() {

@@ -1,7 +1,8 @@
-// Measures columns with Google Benchmark and prints them as Markdown tables of ratios.
+// Measures columns with Google Benchmark and tells them as ratios.
 #pragma once
 
 #include "bench/cases.h"
+#include "bench/table.h"
 
 #include <map>
 #include <string>
@@ -15,21 +16,10 @@ using Times = std::map<std::string, std::vector<double>>;
 // Runs the cases of a column in random turns.
 Times measure(const Column &column);
 
-class Table {
-public:
-    explicit Table(std::string title) : title_(std::move(title)) {}
-
-    // The medians, each divided by that of its reference.
-    void add(const Column &column, const Times &times);
-
-    void print() const;
-
-private:
-    std::string title_;
-    std::vector<std::string> columns_;
-    std::vector<std::string> rows_; // in the order of the first column
-    std::map<std::string, std::map<std::string, std::string>> cells_; // by row and column
-};
+// Enters the medians, each divided by that of its reference; the reference's own for a byte of text,
+// times `scale`, in `unit`.
+void addRatios(Table &table, const Column &column, const Times &times, const std::string &unit,
+               double scale);
 
 // How far the quartiles of the times measured so far lie from their medians, as a sentence.
 std::string spread();
