@@ -106,6 +106,7 @@ void printCounts(bool quick) {
     }
     for (const char *name : names) {
         const Text text = textNamed(name);
+        checkParsers(text);
         addCounts(reading, readingColumn(text), text);
         addCounts(writing, writingColumn(text), text);
     }

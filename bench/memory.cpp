@@ -11,7 +11,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
-#include <string_view>
+#include <string>
 
 namespace {
 
@@ -95,7 +95,13 @@ namespace {
 
 using namespace bench;
 
-void measureMemory(Table &table, const Parser &parser, const Text &text) {
+struct Tables {
+    Table kept{"Memory kept, bytes for a byte of text"};
+    Table peak{"Memory at its peak, bytes for a byte of text"};
+    Table allocations{"Allocations"};
+};
+
+void measureMemory(Tables &tables, const Parser &parser, const Text &text) {
     heap = {};
     Heap kept;
     {
@@ -108,24 +114,25 @@ void measureMemory(Table &table, const Parser &parser, const Text &text) {
     const auto perByte = [&](int64_t bytes) {
         return fixed(static_cast<double>(bytes) / static_cast<double>(text.bytes.size()), 2);
     };
-    table.set(parser.name, "kept, B/B", perByte(kept.bytes));
-    table.set(parser.name, "peak, B/B", perByte(heap.peak));
-    table.set(parser.name, "allocations", std::to_string(kept.allocations));
+    tables.kept.set(parser.name, text.name, perByte(kept.bytes));
+    tables.peak.set(parser.name, text.name, perByte(heap.peak));
+    tables.allocations.set(parser.name, text.name, std::to_string(kept.allocations));
 }
 
 } // namespace
 
-int main(int argc, char **argv) {
-    const bool quick = argc > 1 && std::string_view(argv[1]) == "--quick";
-    for (const TextGroup &group : allTexts(quick)) {
+int main() {
+    Tables tables;
+    for (const TextGroup &group : allTexts(true)) {
         for (const Text &text : group.texts) {
             checkParsers(text);
-            Table table("Memory: " + text.name);
             for (const Parser &parser : allParsers()) {
-                measureMemory(table, parser, text);
+                measureMemory(tables, parser, text);
             }
-            table.print();
         }
     }
+    tables.kept.print();
+    tables.peak.print();
+    tables.allocations.print();
     return 0;
 }

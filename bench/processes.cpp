@@ -13,13 +13,12 @@
 #include <spawn.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <cstdlib>
 #include <string_view>
 #include <utility>
-
-extern char **environ;
 
 namespace {
 

@@ -1,6 +1,7 @@
 #include "bench/table.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 
 namespace bench {
@@ -49,7 +50,8 @@ std::string fixed(double value, int digits) {
 
 double quantile(std::vector<double> values, double share) {
     std::sort(values.begin(), values.end());
-    return values[static_cast<size_t>(share * static_cast<double>(values.size() - 1) + 0.5)];
+    const double last = static_cast<double>(values.size() - 1);
+    return values[static_cast<size_t>(std::lround(share * last))];
 }
 
 } // namespace bench
