@@ -98,7 +98,7 @@ Paths pathsBehind(const char *beginning) {
 
 int countChildren(const XMLP_NODE *node, std::span<const CountedPath> paths);
 
-int countElement(const XMLP_NODE *node, std::span<const CountedPath> paths) {
+inline int countElement(const XMLP_NODE *node, std::span<const CountedPath> paths) {
     if (node == nullptr || node->type == XMLP_TYPE_NONE || node->name == nullptr) {
         return 0;
     }

@@ -2,16 +2,58 @@
 // record.
 
 #include "appmngr/appmngr_internal.h"
+#include "appmngr/node_text.h"
 
 #include <arpa/inet.h>
-#include <cstdlib>
-#include <cstring>
+#include <cstddef>
 
 namespace {
 
 constexpr size_t tupleTextSize = 64;
-constexpr int fieldCount = 3;
-constexpr int endpointFieldCount = 2;
+
+struct Field {
+    char *begin;
+    char *end;
+};
+
+bool isSeparator(char c, char separator) {
+    return c == separator || (c <= '\r' && (c == '\t' || c == '\r' || c == '\n'));
+}
+
+// The first field from `at` on, empty when there is none.
+Field nextField(char *at, char separator) {
+    while (isSeparator(*at, separator)) {
+        ++at;
+    }
+    Field field = {at, at};
+    while (*field.end != '\0' && !isSeparator(*field.end, separator)) {
+        ++field.end;
+    }
+    return field;
+}
+
+// Splits a text that has as many fields as there is room for. appmngr_string_makeSubStrByChar would do
+// the same, but takes longer than the rest of a tuple; here it tells what is wrong with other texts.
+template <size_t Count>
+bool split(char *text, char separator, char *(&out)[Count]) {
+    Field fields[Count];
+    char *rest = text;
+    for (Field &field : fields) {
+        field = nextField(rest, separator);
+        rest = field.end;
+    }
+    const bool isComplete = *fields[Count - 1].begin != '\0';
+    if (!isComplete || *nextField(rest, separator).begin != '\0') {
+        char *found[Count + 1];
+        appmngr_string_makeSubStrByChar(text, separator, Count + 1, found);
+        return false;
+    }
+    for (size_t i = 0; i < Count; ++i) {
+        out[i] = fields[i].begin;
+        *fields[i].end = '\0';
+    }
+    return true;
+}
 
 // Null where `param` is no rule's counter or the record lies beyond what was counted.
 APPMNGR_RULE *ruleRecord(const uint32_t *tuples) {
@@ -26,7 +68,7 @@ bool isTupleCounter(const void *param) {
 
 // An IPv4 address in network byte order; "0" stands for any and is 0.
 bool readAddress(const char *text, uint32_t &address) {
-    if (appmngr_string_match(text, "0") != 0) {
+    if (text[0] == '0' && text[1] == '\0') {
         address = 0;
         return true;
     }
@@ -34,7 +76,7 @@ bool readAddress(const char *text, uint32_t &address) {
 }
 
 uint16_t readPort(const char *text) {
-    return static_cast<uint16_t>(std::strtol(text, nullptr, 10));
+    return static_cast<uint16_t>(velda::appmngr::integerOf(text));
 }
 
 } // namespace
@@ -54,8 +96,8 @@ int _appmngr_xmlnode_handler_tuple(XMLP_NODE *node, void *param) {
         appmngr_report(__func__, 1247, "Not tuple string found!\n");
         return -1;
     }
-    char *fields[fieldCount + 1];
-    if (appmngr_string_makeSubStrByChar(text, ' ', fieldCount + 1, fields) != fieldCount) {
+    char *fields[3];
+    if (!split(text, ' ', fields)) {
         appmngr_report(__func__, 1268, "Not match [proto ip:port ip:port] format!\n");
         return -1;
     }
@@ -66,10 +108,9 @@ int _appmngr_xmlnode_handler_tuple(XMLP_NODE *node, void *param) {
     }
     rule->proto = static_cast<uint8_t>(protocol);
 
-    char *endpoint[endpointFieldCount + 1];
+    char *endpoint[2];
     uint32_t address = 0;
-    if (appmngr_string_makeSubStrByChar(fields[1], ':', endpointFieldCount + 1, endpoint) !=
-        endpointFieldCount) {
+    if (!split(fields[1], ':', endpoint)) {
         appmngr_report(__func__, 1295, "ucm_string_makeSubStrByChar failed!\n");
         return -1;
     }
@@ -80,8 +121,7 @@ int _appmngr_xmlnode_handler_tuple(XMLP_NODE *node, void *param) {
     rule->sip = address;
     rule->sport = readPort(endpoint[1]);
 
-    if (appmngr_string_makeSubStrByChar(fields[2], ':', endpointFieldCount + 1, endpoint) !=
-        endpointFieldCount) {
+    if (!split(fields[2], ':', endpoint)) {
         appmngr_report(__func__, 1343, "Analyze the dest pair ip failed!\n");
         return -1;
     }
