@@ -100,7 +100,7 @@ bool belongs(uint32_t row, const XMLP_NODE *node) {
 
 // ---- Handing out elements -----------------------------------------------------------------------
 
-void visitElement(XMLP_NODE *node, void *param) {
+inline void visitElement(XMLP_NODE *node, void *param) {
     const auto row = static_cast<uint32_t>(elementOf(node));
     if (belongs(row, node)) {
         g_appmngr_nodeHandlers[row].handler(node, param);
