@@ -29,10 +29,10 @@ Element findElement(const char *name) {
 
 constinit KnownName knownNames[64] = {};
 
-Element lookUpElement(const char *name, KnownName &place) {
+Element lookUpElement(const char *name, KnownName &slot) {
     const Element element = findElement(name);
     if (areAddressesKnown) {
-        place = {name, element};
+        slot = {name, element};
     }
     return element;
 }

@@ -48,12 +48,12 @@ struct KnownName {
     Element element;
 };
 
-// Each name has one place here, where another one may replace it. The names of a tree lie close
-// together at multiples of four. Empty unless addresses are known.
+// Each address has one slot, where another one may replace it; those of a static tree's names lie
+// close together at multiples of four. Empty while no addresses are known.
 extern KnownName knownNames[64];
 
-// The element of a name that is not in its place yet.
-Element lookUpElement(const char *name, KnownName &place);
+// The element of a name that is not in its slot.
+Element lookUpElement(const char *name, KnownName &slot);
 
 inline Element elementOf(const XMLP_NODE *node) {
     const char *name = node->name;
@@ -61,8 +61,9 @@ inline Element elementOf(const XMLP_NODE *node) {
     return known.address == name && name != nullptr ? known.element : lookUpElement(name, known);
 }
 
-// A static tree keeps equal names at one address. While one of these lives, all elements are those of
-// such a tree, and each of its names is looked up once.
+// While one of these lives, all elements are those of one tree that nobody changes, so that the address
+// of a name tells its element. In a static tree, which keeps equal names at one address, each name is
+// then looked up once.
 class KnownAddresses {
 public:
     KnownAddresses();
