@@ -1,36 +1,31 @@
 // The counting pass: how many records of each kind the document will fill.
+//
+// What counts stands at one of a few dotted paths, whatever dots the names themselves hold. Instead of
+// building the path of each element, the pass carries down what is left of those that begin with it,
+// and goes no deeper where none is left: that bounds the recursion too.
 
 #include "appmngr/appmngr_internal.h"
 
-#include <cstdio>
+#include <iterator>
+#include <span>
 
 namespace {
 
+// Counts an element. False when the text of a type's identifier can't be taken.
+using Count = bool (*)(const XMLP_NODE *node);
+
 struct CountedPath {
-    const char *path;
-    uint32_t APPMNGR_COUNTER::*count;
+    const char *rest; // behind the path of the element that the pass has reached
+    Count count;
 };
 
-constexpr CountedPath countedPaths[] = {
-    {"root.appdb.applist.app.rulelist.rule.tuplelist.tuple", &APPMNGR_COUNTER::tupleCnt},
-    {"root.appdb.applist.app.dnsKwList.dnsKw", &APPMNGR_COUNTER::dnsKwCnt},
-    {"root.appdb.applist.app", &APPMNGR_COUNTER::appCnt},
-    {"root.appdesc.applist.app", &APPMNGR_COUNTER::descAppCnt},
-    {"root.appdesc.apptypelist.apptype", &APPMNGR_COUNTER::descAppTypeCnt},
-};
-
-// Types are counted by their identifiers, which the walk needs before it starts.
-constexpr char appTypeIdPath[] = "root.appdb.apptypelist.apptype.id";
-constexpr char languageCountPath[] = "root.appdesc.langcnt";
-
-// Room for any path that is compared, and with it a bound on the recursion: every level adds at
-// least its dot.
-constexpr int pathSize = 128;
-
-bool isPath(const char *path, const char *known) {
-    return appmngr_string_safeCaseCmp(path, known) == 0;
+template <uint32_t APPMNGR_COUNTER::*Counter>
+bool countOne(const XMLP_NODE *) {
+    ++(g_appmngr_counter.*Counter);
+    return true;
 }
 
+// Types are counted by their identifiers, which the walk needs before it starts.
 bool keepAppTypeId(const XMLP_NODE *node) {
     int32_t id = 0;
     if (_appmngr_getNodeInt(node, &id) != 0) {
@@ -45,46 +40,98 @@ bool keepAppTypeId(const XMLP_NODE *node) {
     return true;
 }
 
-// False when the text of a type's identifier can't be taken.
-bool count(const XMLP_NODE *node, const char *path) {
-    for (const CountedPath &counted : countedPaths) {
-        if (isPath(path, counted.path)) {
-            ++(g_appmngr_counter.*counted.count);
-            return true;
-        }
-    }
-    if (isPath(path, appTypeIdPath)) {
-        return keepAppTypeId(node);
-    }
+bool keepLanguageCount(const XMLP_NODE *node) {
     int32_t languages = 0;
-    if (isPath(path, languageCountPath) && _appmngr_getNodeInt(node, &languages) == 0) {
+    if (_appmngr_getNodeInt(node, &languages) == 0) {
         g_appmngr_counter.langCnt = static_cast<uint32_t>(languages);
     }
     return true;
 }
 
-} // namespace
+// In small letters; those of the document may be of any case.
+constexpr CountedPath countedPaths[] = {
+    {"root.appdb.applist.app.rulelist.rule.tuplelist.tuple", countOne<&APPMNGR_COUNTER::tupleCnt>},
+    {"root.appdb.applist.app.dnskwlist.dnskw", countOne<&APPMNGR_COUNTER::dnsKwCnt>},
+    {"root.appdb.applist.app", countOne<&APPMNGR_COUNTER::appCnt>},
+    {"root.appdb.apptypelist.apptype.id", keepAppTypeId},
+    {"root.appdesc.applist.app", countOne<&APPMNGR_COUNTER::descAppCnt>},
+    {"root.appdesc.apptypelist.apptype", countOne<&APPMNGR_COUNTER::descAppTypeCnt>},
+    {"root.appdesc.langcnt", keepLanguageCount},
+};
 
-int _appmngr_parseNode(XMLP_NODE *node, const char *parentPath) {
+// The paths that are left at one element.
+class Paths {
+public:
+    void add(CountedPath path) { paths_[count_++] = path; }
+    bool empty() const { return count_ == 0; }
+    operator std::span<const CountedPath>() const { return {paths_, count_}; }
+
+private:
+    CountedPath paths_[std::size(countedPaths)];
+    size_t count_ = 0;
+};
+
+char smallLetter(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+// What follows `beginning` in a path, null when the path begins otherwise.
+const char *behind(const char *path, const char *beginning) {
+    for (; *beginning != '\0'; ++path, ++beginning) {
+        if (*path != *beginning && *path != smallLetter(*beginning)) {
+            return nullptr;
+        }
+    }
+    return path;
+}
+
+Paths pathsBehind(const char *beginning) {
+    Paths left;
+    for (const CountedPath &path : countedPaths) {
+        const char *rest = beginning != nullptr ? behind(path.rest, beginning) : nullptr;
+        if (rest != nullptr) {
+            left.add({rest, path.count});
+        }
+    }
+    return left;
+}
+
+int countChildren(const XMLP_NODE *node, std::span<const CountedPath> paths);
+
+inline int countElement(const XMLP_NODE *node, std::span<const CountedPath> paths) {
     if (node == nullptr || node->type == XMLP_TYPE_NONE || node->name == nullptr) {
         return 0;
     }
-    char path[pathSize];
-    const int length = std::snprintf(path, sizeof path, "%s.%s", parentPath, node->name);
-    if (length < 0 || length >= pathSize) {
-        return 0;
+    Paths left;
+    for (const CountedPath &path : paths) {
+        const char *rest = *path.rest == '.' ? behind(path.rest + 1, node->name) : nullptr;
+        if (rest == nullptr) {
+            continue;
+        }
+        if (*rest != '\0') {
+            left.add({rest, path.count});
+        } else if (!path.count(node)) {
+            return -1;
+        }
     }
-    if (!count(node, path)) {
-        return -1;
-    }
-    return appmngr_parseThroughXML(path, node);
+    return left.empty() ? 0 : countChildren(node, left);
 }
 
-int appmngr_parseThroughXML(const char *parentPath, XMLP_NODE *node) {
+int countChildren(const XMLP_NODE *node, std::span<const CountedPath> paths) {
     for (XMLP_NODE *child = xmlp_getChildNode(node, 0); child != nullptr; child = child->next) {
-        if (_appmngr_parseNode(child, parentPath) != 0) {
+        if (countElement(child, paths) != 0) {
             break;
         }
     }
     return 0;
+}
+
+} // namespace
+
+int _appmngr_parseNode(XMLP_NODE *node, const char *parentPath) {
+    return countElement(node, pathsBehind(parentPath));
+}
+
+int appmngr_parseThroughXML(const char *parentPath, XMLP_NODE *node) {
+    return countChildren(node, pathsBehind(parentPath));
 }

@@ -6,83 +6,8 @@
 #include "appmngr/applications.h"
 
 #include <algorithm>
-#include <iterator>
 
 namespace {
-
-// ---- Where an element stands --------------------------------------------------------------------
-
-bool isNamed(const XMLP_NODE *node, const char *name) {
-    return node != nullptr && appmngr_string_safeCaseCmp(node->name, name) == 0;
-}
-
-bool isDocument(const XMLP_NODE *node) {
-    return node != nullptr && node->parent == nullptr;
-}
-
-// The parent of an element, seen through parents of this name that nest in one another.
-const XMLP_NODE *parentBeyond(const XMLP_NODE *node, const char *name) {
-    const XMLP_NODE *parent = node->parent;
-    while (isNamed(parent, name)) {
-        parent = parent->parent;
-    }
-    return parent;
-}
-
-// Only what the counting pass counts may be filled, and it counts along exact paths. An element of
-// these paths that stands elsewhere is not entered, so from the lists down a look at the parent is
-// enough.
-// They are the predicates of the table at the end of this file.
-
-bool anywhere(const XMLP_NODE *) {
-    return true;
-}
-
-bool inDatabase(const XMLP_NODE *node) {
-    return isNamed(node->parent, "AppDB") && isDocument(node->parent->parent);
-}
-
-bool inAppList(const XMLP_NODE *node) {
-    return isNamed(node->parent, "appList");
-}
-
-bool inAppTypeList(const XMLP_NODE *node) {
-    return isNamed(node->parent, "appTypeList");
-}
-
-bool inApp(const XMLP_NODE *node) {
-    return isNamed(node->parent, "app");
-}
-
-bool inAppOrType(const XMLP_NODE *node) {
-    return inApp(node) || isNamed(node->parent, "appType");
-}
-
-bool inRuleList(const XMLP_NODE *node) {
-    return isNamed(node->parent, "ruleList");
-}
-
-bool inRule(const XMLP_NODE *node) {
-    return isNamed(node->parent, "rule");
-}
-
-bool inTupleList(const XMLP_NODE *node) {
-    return isNamed(node->parent, "tupleList");
-}
-
-bool inDnsKwList(const XMLP_NODE *node) {
-    return isNamed(node->parent, "dnsKwList");
-}
-
-bool inTypeIdList(const XMLP_NODE *node) {
-    return isNamed(node->parent, "typeIdList") && isNamed(parentBeyond(node, "typeIdList"), "app");
-}
-
-// Features stand in a direction of a rule, or in segments within it.
-bool inDirection(const XMLP_NODE *node) {
-    const XMLP_NODE *direction = parentBeyond(node, "segment");
-    return (isNamed(direction, "ori") || isNamed(direction, "rep")) && inRule(direction);
-}
 
 // ---- Context words and current records ----------------------------------------------------------
 
@@ -292,50 +217,4 @@ int _appmngr_xmlnode_handler_dpiType(XMLP_NODE *node, void *param) {
 
 int _appmngr_xmlnode_handler_dpiCode(XMLP_NODE *node, void *param) {
     return setFeatureText(node, param, &APPMNGR_FEATURE::dpiCode);
-}
-
-// ---- The vocabulary -----------------------------------------------------------------------------
-
-// Every element of the document: its name, its handler and where it belongs.
-#define DATABASE_ELEMENTS(ROW)                  \
-    ROW("AppDB", pass, anywhere)                \
-    ROW("ver", ver, anywhere)                   \
-    ROW("proModel", proModel, anywhere)         \
-    ROW("expired", expired, anywhere)           \
-    ROW("appList", appList, inDatabase)         \
-    ROW("app", app, inAppList)                  \
-    ROW("id", id, inAppOrType)                  \
-    ROW("name", name, inAppOrType)              \
-    ROW("visible", visible, inApp)              \
-    ROW("typeIdList", pass, anywhere)           \
-    ROW("typeId", typeid, inTypeIdList)         \
-    ROW("ruleList", pass, inApp)                \
-    ROW("rule", rule, inRuleList)               \
-    ROW("tupleList", pass, inRule)              \
-    ROW("tuple", tuple, inTupleList)            \
-    ROW("ori", ori, anywhere)                   \
-    ROW("rep", rep, anywhere)                   \
-    ROW("enable", enable, inDirection)          \
-    ROW("segment", pass, anywhere)              \
-    ROW("start", start, inDirection)            \
-    ROW("end", end, inDirection)                \
-    ROW("minlength", minlength, inDirection)    \
-    ROW("dpiType", dpiType, inDirection)        \
-    ROW("dpiCode", dpiCode, inDirection)        \
-    ROW("appTypeList", appTypeList, inDatabase) \
-    ROW("appType", appType, inAppTypeList)      \
-    ROW("dnsKwList", pass, inApp)               \
-    ROW("dnsKw", dnsKw, inDnsKwList)
-
-#define HANDLER_ROW(name, handler, place) {name, _appmngr_xmlnode_handler_##handler},
-const APPMNGR_HANDLER_INFO g_appmngr_nodeHandlers[] = {
-    DATABASE_ELEMENTS(HANDLER_ROW){nullptr, nullptr},
-};
-#undef HANDLER_ROW
-
-int _appmngr_belongs(uint32_t row, const XMLP_NODE *node) {
-#define PLACE_OF_ROW(name, handler, place) place,
-    static constexpr bool (*places[])(const XMLP_NODE *) = {DATABASE_ELEMENTS(PLACE_OF_ROW)};
-#undef PLACE_OF_ROW
-    return row < std::size(places) && places[row](node) ? 1 : 0;
 }

@@ -2,7 +2,26 @@
 
 #include "appmngr/applications.h"
 
+#include <algorithm>
+#include <charconv>
 #include <cstdio>
+#include <cstring>
+
+namespace {
+
+constexpr size_t idSizeMax = sizeof "-2147483648" - 1;
+
+// "id:name", as one piece: most of a formatted print would be its own set-up.
+void writeLine(const APPMNGR_APP &app, FILE *file) {
+    char line[idSizeMax + sizeof ':' + sizeof app.name + sizeof '\n'];
+    char *end = std::to_chars(line, line + idSizeMax, app.id).ptr;
+    *end++ = ':';
+    end = std::copy_n(app.name, strnlen(app.name, sizeof app.name), end);
+    *end++ = '\n';
+    std::fwrite(line, static_cast<size_t>(end - line), 1, file);
+}
+
+} // namespace
 
 int appmngr_saveIdAndName(const char *path) {
     // Appending to a new file, so that whatever stood there is gone and never mixed with the list.
@@ -14,7 +33,7 @@ int appmngr_saveIdAndName(const char *path) {
     }
     std::fprintf(file, "%s\n", g_appmngr_appDb.ver);
     for (const APPMNGR_APP &app : velda::appmngr::filledApplications()) {
-        std::fprintf(file, "%d:%s\n", app.id, app.name);
+        writeLine(app, file);
         std::fflush(file);
     }
     if (std::fclose(file) != 0) {

@@ -106,6 +106,31 @@ bool obtain(Byte *&buffer, size_t size) {
     return buffer != nullptr;
 }
 
+// Reads the image and decompresses the text; both buffers are zeroed.
+int readAppDb() {
+    constexpr const char *function = "_appmngr_readAppDb";
+    if (_appmngr_readDbFile(static_cast<long>(g_appmngr_dbLayout.appDbOffset), APPMNGR_IMAGE_SIZE,
+                            g_appmngr_flashBuf) == -1) {
+        std::perror("read db flash fail\n");
+        return -1;
+    }
+    const uint32_t blockLength = bigEndian(g_appmngr_flashBuf);
+    if (blockLength > APPMNGR_BLOCK_SIZE_MAX) {
+        appmngr_report(function, 2158, "Block length \"%u\" is beyond the image.\n", blockLength);
+        return -1;
+    }
+    const uint32_t capacity = g_appmngr_dbLayout.appDbXmlSize;
+    const uint32_t length = decodeBlock(g_appmngr_flashBuf + APPMNGR_IMAGE_LENGTH_SIZE, blockLength,
+                                        g_appmngr_appDbXml, capacity);
+    if (length >= capacity) {
+        appmngr_report(function, 2167, "Size of buffer \"%d\" is too small.\n",
+                       static_cast<int>(capacity));
+        return -1;
+    }
+    g_appmngr_appDbXml[length] = '\0';
+    return 0;
+}
+
 // A text buffer that is there already is used again.
 bool obtainOrClear(char *&buffer, size_t size) {
     if (buffer == nullptr) {
@@ -160,26 +185,7 @@ int _appmngr_readAppDb(void) {
     if (g_appmngr_flashBuf != nullptr) {
         std::memset(g_appmngr_flashBuf, 0, APPMNGR_IMAGE_SIZE);
     }
-    if (_appmngr_readDbFile(static_cast<long>(g_appmngr_dbLayout.appDbOffset), APPMNGR_IMAGE_SIZE,
-                            g_appmngr_flashBuf) == -1) {
-        std::perror("read db flash fail\n");
-        return -1;
-    }
-    const uint32_t blockLength = bigEndian(g_appmngr_flashBuf);
-    if (blockLength > APPMNGR_BLOCK_SIZE_MAX) {
-        appmngr_report(__func__, 2158, "Block length \"%u\" is beyond the image.\n", blockLength);
-        return -1;
-    }
-    const uint32_t capacity = g_appmngr_dbLayout.appDbXmlSize;
-    const uint32_t length = decodeBlock(g_appmngr_flashBuf + APPMNGR_IMAGE_LENGTH_SIZE, blockLength,
-                                        g_appmngr_appDbXml, capacity);
-    if (length >= capacity) {
-        appmngr_report(__func__, 2167, "Size of buffer \"%d\" is too small.\n",
-                       static_cast<int>(capacity));
-        return -1;
-    }
-    g_appmngr_appDbXml[length] = '\0';
-    return 0;
+    return readAppDb();
 }
 
 int _appmngr_readFromDatabase(void) {
@@ -188,7 +194,7 @@ int _appmngr_readFromDatabase(void) {
         return -1;
     }
     int result = -1;
-    if (_appmngr_readAppDb() != 0) {
+    if (readAppDb() != 0) {
         appmngr_report(__func__, 2570, "_appmngr_readAppDb failed\n");
     } else if (appmngr_analyzeDbFile() != 0) {
         appmngr_report(__func__, 2586, "Analyze database failed\n");

@@ -1,45 +1,84 @@
-// Texts of elements, taken through one shared scratch.
+// Texts of elements. Fields of the model take them straight from the tree, callers through one shared
+// scratch.
 
+#include "appmngr/node_text.h"
 #include "appmngr/appmngr_internal.h"
 
-#include <cstdlib>
+#include <algorithm>
 #include <cstring>
 
 char g_appmngr_nodeValue[APPMNGR_NODE_TEXT_SIZE];
 
+namespace {
+
+bool hasText(const XMLP_NODE *node) {
+    return node != nullptr && node->valueSize < sizeof g_appmngr_nodeValue;
+}
+
+// The first bytes of a text, as far as they go before a NUL.
+std::string_view startOfText(const XMLP_NODE *node, size_t limit) {
+    const size_t size = std::min(size_t{node->valueSize}, limit);
+    return {node->value, node->value != nullptr ? strnlen(node->value, size) : 0};
+}
+
+bool isSpace(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+} // namespace
+
+int32_t velda::appmngr::integerOf(std::string_view text) {
+    constexpr uint64_t largest = INT64_MAX;
+    const char *at = text.data();
+    const char *end = at + text.size();
+    while (at != end && isSpace(*at)) {
+        ++at;
+    }
+    const bool isNegative = at != end && *at == '-';
+    if (at != end && (*at == '-' || *at == '+')) {
+        ++at;
+    }
+    uint64_t magnitude = 0;
+    for (; at != end && isDigit(*at); ++at) {
+        magnitude = magnitude <= largest / 10 ? magnitude * 10 + static_cast<uint64_t>(*at - '0')
+                                              : UINT64_MAX;
+    }
+    magnitude = std::min(magnitude, isNegative ? largest + 1 : largest);
+    return static_cast<int32_t>(isNegative ? 0 - magnitude : magnitude);
+}
+
 char *_appmngr_getNodeValue(const XMLP_NODE *node) {
-    if (node == nullptr || node->valueSize >= sizeof g_appmngr_nodeValue) {
+    if (!hasText(node)) {
         return nullptr;
     }
+    const std::string_view text = startOfText(node, sizeof g_appmngr_nodeValue);
     std::memset(g_appmngr_nodeValue, 0, sizeof g_appmngr_nodeValue);
-    if (node->value != nullptr) {
-        std::memcpy(g_appmngr_nodeValue, node->value, strnlen(node->value, node->valueSize));
-    }
+    std::copy(text.begin(), text.end(), g_appmngr_nodeValue);
     return g_appmngr_nodeValue;
 }
 
 void _appmngr_putNodeValue(const char *) {}
 
 int _appmngr_getNodeInt(const XMLP_NODE *node, int32_t *out) {
-    const char *text = _appmngr_getNodeValue(node);
-    if (text == nullptr) {
+    if (!hasText(node)) {
         return -1;
     }
-    // What atoi gives, also where the number does not fit and atoi is undefined.
-    *out = static_cast<int32_t>(std::strtol(text, nullptr, 10));
-    _appmngr_putNodeValue(text);
+    // Reading a number ends at a NUL by itself.
+    *out = velda::appmngr::integerOf({node->value, node->value != nullptr ? node->valueSize : 0});
     return 0;
 }
 
 int _appmngr_getNodeStr(const XMLP_NODE *node, char *dst, uint32_t size) {
-    const char *text = _appmngr_getNodeValue(node);
-    if (dst == nullptr || text == nullptr) {
+    if (dst == nullptr || !hasText(node)) {
         return -1;
     }
     if (size > 0) {
-        std::strncpy(dst, text, size - 1);
-        dst[size - 1] = '\0';
+        const std::string_view text = startOfText(node, size - 1);
+        std::fill(std::copy(text.begin(), text.end(), dst), dst + size, '\0');
     }
-    _appmngr_putNodeValue(text);
     return 0;
 }

@@ -1,96 +1,141 @@
-// From the database text to the filled model: parse, count, allocate, and the walk that gives every
-// element to the handler of its name.
+// The walk: every element goes to the handlers of its name, those of the database document only where
+// it belongs.
 
-#include "appmngr/appmngr_internal.h"
+#include "appmngr/elements.h"
 
-#include <climits>
-#include <cstring>
-#include <memory>
+#include <iterator>
 
 APPMNGR_HANDLER_INFO *g_appmngr_handlerInfo;
 
+using velda::appmngr::Element;
+using velda::appmngr::elementOf;
+
 namespace {
-
-struct ReleaseDoc {
-    void operator()(XMLP_DOC *doc) const { xmlp_releaseDoc(doc); }
-};
-
-using OwnedDoc = std::unique_ptr<XMLP_DOC, ReleaseDoc>;
 
 // Containers may nest in one another without end; real documents need eight levels.
 constexpr int walkDepthMax = 64;
 constinit int walkDepth = 0;
 
-size_t byteOrderMarkLength(const char *text, size_t length) {
-    const int known = length < INT_MAX ? static_cast<int>(length) : INT_MAX;
-    switch (appmngr_getBomType(reinterpret_cast<const unsigned char *>(text), known)) {
-    case 1:
-        return 3;
-    case 2:
-    case 3:
-        return 2;
-    default:
+// ---- Where elements of the database belong ------------------------------------------------------
+
+bool isA(const XMLP_NODE *node, Element element) {
+    return node != nullptr && elementOf(node) == element;
+}
+
+bool isDocument(const XMLP_NODE *node) {
+    return node != nullptr && node->parent == nullptr;
+}
+
+// The parent of an element, seen through parents of one kind that nest in one another.
+const XMLP_NODE *parentBeyond(const XMLP_NODE *node, Element element) {
+    const XMLP_NODE *parent = node->parent;
+    while (isA(parent, element)) {
+        parent = parent->parent;
+    }
+    return parent;
+}
+
+// Only what the counting pass counts may be filled, and it counts along exact paths. An element of
+// these paths that stands elsewhere is not entered, so from the lists down a look at the parent is
+// enough.
+
+bool anywhere(const XMLP_NODE *) {
+    return true;
+}
+
+bool inDatabase(const XMLP_NODE *node) {
+    return isA(node->parent, Element::AppDB) && isDocument(node->parent->parent);
+}
+
+bool inAppList(const XMLP_NODE *node) {
+    return isA(node->parent, Element::appList);
+}
+
+bool inAppTypeList(const XMLP_NODE *node) {
+    return isA(node->parent, Element::appTypeList);
+}
+
+bool inApp(const XMLP_NODE *node) {
+    return isA(node->parent, Element::app);
+}
+
+bool inAppOrType(const XMLP_NODE *node) {
+    return inApp(node) || isA(node->parent, Element::appType);
+}
+
+bool inRuleList(const XMLP_NODE *node) {
+    return isA(node->parent, Element::ruleList);
+}
+
+bool inRule(const XMLP_NODE *node) {
+    return isA(node->parent, Element::rule);
+}
+
+bool inTupleList(const XMLP_NODE *node) {
+    return isA(node->parent, Element::tupleList);
+}
+
+bool inDnsKwList(const XMLP_NODE *node) {
+    return isA(node->parent, Element::dnsKwList);
+}
+
+bool inTypeIdList(const XMLP_NODE *node) {
+    return isA(node->parent, Element::typeIdList) &&
+           isA(parentBeyond(node, Element::typeIdList), Element::app);
+}
+
+// Features stand in a direction of a rule, or in segments within it.
+bool inDirection(const XMLP_NODE *node) {
+    const XMLP_NODE *direction = parentBeyond(node, Element::segment);
+    return (isA(direction, Element::ori) || isA(direction, Element::rep)) && inRule(direction);
+}
+
+#define PLACE_OF_ROW(name, handler, place) place,
+constexpr bool (*places[])(const XMLP_NODE *) = {DATABASE_ELEMENTS(PLACE_OF_ROW)};
+#undef PLACE_OF_ROW
+
+bool belongs(uint32_t row, const XMLP_NODE *node) {
+    return row < std::size(places) && places[row](node);
+}
+
+// ---- Handing out elements -----------------------------------------------------------------------
+
+inline void visitElement(XMLP_NODE *node, void *param) {
+    const auto row = static_cast<uint32_t>(elementOf(node));
+    if (belongs(row, node)) {
+        g_appmngr_nodeHandlers[row].handler(node, param);
+    }
+}
+
+void visitByTable(const APPMNGR_HANDLER_INFO *table, XMLP_NODE *node, void *param) {
+    for (const APPMNGR_HANDLER_INFO *row = table; row->name != nullptr; ++row) {
+        if (row->handler != nullptr && appmngr_string_safeCaseCmp(row->name, node->name) == 0) {
+            row->handler(node, param);
+        }
+    }
+}
+
+inline int visit(XMLP_NODE *node, void *param) {
+    if (node->type == XMLP_TYPE_NONE) {
         return 0;
     }
-}
-
-OwnedDoc parseText(const char *text) {
-    if (text == nullptr) {
-        return OwnedDoc(xmlp_loadDoc(nullptr, 0, 1));
+    const APPMNGR_HANDLER_INFO *table = g_appmngr_handlerInfo;
+    if (table == nullptr) {
+        appmngr_report("appmngr_childnode_handler", 1894, "Null pHandlerInfo\n");
+        return -1;
     }
-    const size_t length = std::strlen(text);
-    const size_t skipped = byteOrderMarkLength(text, length);
-    return OwnedDoc(xmlp_loadDoc(text + skipped, static_cast<uint32_t>(length - skipped), 1));
-}
-
-// Types are found by their identifiers during the walk, so these are known before it starts: an
-// application may name a type that comes later in the document.
-void seedAppTypeIds() {
-    for (uint32_t i = 0; i < g_appmngr_appDb.appTypeCount; ++i) {
-        g_appmngr_appDb.appType[i].id = g_appmngr_appTypeId[i];
+    if (table == g_appmngr_nodeHandlers) {
+        visitElement(node, param);
+    } else {
+        visitByTable(table, node, param);
     }
+    return 0;
 }
 
 } // namespace
 
-int appmngr_getBomType(const unsigned char *text, int len) {
-    if (text == nullptr || len < 2) {
-        return 0;
-    }
-    if (text[0] == 0xFF && text[1] == 0xFE) {
-        return 2;
-    }
-    if (text[0] == 0xFE && text[1] == 0xFF) {
-        return 3;
-    }
-    if (len > 2 && text[0] == 0xEF && text[1] == 0xBB && text[2] == 0xBF) {
-        return 1;
-    }
-    return 0;
-}
-
-int appmngr_analyzeDbFile(void) {
-    const OwnedDoc doc = parseText(g_appmngr_appDbXml);
-    if (doc == nullptr) {
-        return -1;
-    }
-    XMLP_NODE *root = doc->tree->rootNode;
-    _appmngr_free_for_appdb();
-    appmngr_parseThroughXML("root", root);
-    if (_appmngr_alloc_for_appdb() != 0) {
-        appmngr_report(__func__, 2325, "_appmngr_alloc_for_appdb failed\n");
-        return -1;
-    }
-    seedAppTypeIds();
-
-    appmngr_setHandlerInfo(g_appmngr_nodeHandlers);
-    appmngr_xmlnode_handler(root, nullptr);
-    appmngr_setHandlerInfo(nullptr);
-
-    g_appmngr_appDb.ruleCount = g_appmngr_counter.ruleIdx;
-    g_appmngr_appDb.appTypeCount = g_appmngr_counter.appTypeIdx;
-    g_appmngr_appDb.appCount = g_appmngr_counter.appIdx;
-    return 0;
+int _appmngr_belongs(uint32_t row, const XMLP_NODE *node) {
+    return belongs(row, node) ? 1 : 0;
 }
 
 int appmngr_setHandlerInfo(const APPMNGR_HANDLER_INFO *table) {
@@ -109,7 +154,7 @@ int appmngr_xmlnode_handler(XMLP_NODE *node, void *param) {
     }
     ++walkDepth;
     for (XMLP_NODE *child = xmlp_getChildNode(node, 0); child != nullptr; child = child->next) {
-        if (appmngr_childnode_handler(child, param) != 0) {
+        if (visit(child, param) != 0) {
             break;
         }
     }
@@ -118,20 +163,5 @@ int appmngr_xmlnode_handler(XMLP_NODE *node, void *param) {
 }
 
 int appmngr_childnode_handler(XMLP_NODE *node, void *param) {
-    if (node == nullptr || node->type == XMLP_TYPE_NONE) {
-        return 0;
-    }
-    const APPMNGR_HANDLER_INFO *table = appmngr_getHandlerInfo();
-    if (table == nullptr) {
-        appmngr_report(__func__, 1894, "Null pHandlerInfo\n");
-        return -1;
-    }
-    for (uint32_t row = 0; table[row].name != nullptr; ++row) {
-        const APPMNGR_HANDLER_INFO &info = table[row];
-        if (info.handler != nullptr && appmngr_string_safeCaseCmp(info.name, node->name) == 0 &&
-            (table != g_appmngr_nodeHandlers || _appmngr_belongs(row, node) != 0)) {
-            info.handler(node, param);
-        }
-    }
-    return 0;
+    return node == nullptr ? 0 : visit(node, param);
 }

@@ -1,4 +1,4 @@
-// DES on buffers. libcrypto has the block cipher; modes, zero fill and room are handled here.
+// DES on buffers. libcrypto has the cipher; zero fill, ECB mode and room are handled here.
 
 #include "crypto/quelm.h"
 
@@ -7,79 +7,84 @@
 #include <openssl/crypto.h>
 #include <openssl/des.h>
 
-#include <algorithm>
 #include <cstring>
+#include <endian.h>
 
 namespace {
 
 constexpr int32_t blockSize = QUELM_DES_BLOCK_SIZE;
 
-struct Block {
-    uint8_t bytes[QUELM_DES_BLOCK_SIZE] = {};
+// The eight bytes, the first lowest.
+using Block = uint64_t;
 
-    Block() = default;
-    ~Block() { OPENSSL_cleanse(bytes, sizeof bytes); }
-    Block(const Block &) = default;
-    Block &operator=(const Block &) = default;
+Block load(const uint8_t *source) {
+    Block block = 0;
+    std::memcpy(&block, source, sizeof block);
+    return le64toh(block);
+}
 
-    // A part shorter than a block is completed with zero bytes.
-    Block(const uint8_t *source, int32_t length) {
-        std::memcpy(bytes, source, static_cast<size_t>(std::min(length, blockSize)));
+// A part shorter than a block is completed with zero bytes.
+Block load(const uint8_t *source, int32_t length) {
+    if (length >= blockSize) {
+        return load(source);
     }
+    uint8_t bytes[blockSize] = {};
+    std::memcpy(bytes, source, static_cast<size_t>(length));
+    const Block block = load(bytes);
+    OPENSSL_cleanse(bytes, sizeof bytes);
+    return block;
+}
 
-    void store(uint8_t *destination) const { std::memcpy(destination, bytes, sizeof bytes); }
+void store(Block block, uint8_t *destination) {
+    block = htole64(block);
+    std::memcpy(destination, &block, sizeof block);
+}
 
-    Block operator^(const Block &other) const {
-        Block result;
-        for (int i = 0; i < blockSize; ++i) {
-            result.bytes[i] = bytes[i] ^ other.bytes[i];
-        }
-        return result;
-    }
-};
+int directionOf(int encrypt) {
+    return encrypt != 0 ? DES_ENCRYPT : DES_DECRYPT;
+}
 
-// One key schedule for one call.
-class Cipher {
+// One for one call.
+class KeySchedule {
 public:
-    Cipher(const void *key, int encrypt) : direction_(encrypt != 0 ? DES_ENCRYPT : DES_DECRYPT) {
+    explicit KeySchedule(const void *key) {
         DES_cblock bytes;
         std::memcpy(bytes, key, sizeof bytes);
         DES_set_key_unchecked(&bytes, &schedule_);
         OPENSSL_cleanse(bytes, sizeof bytes);
     }
-    ~Cipher() { OPENSSL_cleanse(&schedule_, sizeof schedule_); }
+    ~KeySchedule() { OPENSSL_cleanse(&schedule_, sizeof schedule_); }
+    KeySchedule(const KeySchedule &) = delete;
+    KeySchedule &operator=(const KeySchedule &) = delete;
+
+    DES_key_schedule *get() { return &schedule_; }
+
+private:
+    DES_key_schedule schedule_;
+};
+
+// ECB mode. A block is what DES_ecb_encrypt does between loading and storing, without the two
+// megabytes of formatted output and error tables of libcrypto that it would bring into a static
+// program, and with the block in work in one place, wiped when the call ends.
+class Cipher {
+public:
+    Cipher(const void *key, int encrypt) : schedule_(key), direction_(directionOf(encrypt)) {}
+    ~Cipher() { OPENSSL_cleanse(halves_, sizeof halves_); }
     Cipher(const Cipher &) = delete;
     Cipher &operator=(const Cipher &) = delete;
 
-    // One block in ECB mode. This is what DES_ecb_encrypt does between loading and storing, without
-    // the two megabytes of formatted output and error tables of libcrypto that it would bring into a
-    // static program, and without a copy of the block that is left behind.
-    Block operator()(const Block &block) {
-        DES_LONG halves[2] = {loadHalf(block.bytes), loadHalf(block.bytes + halfSize)};
-        DES_encrypt1(halves, &schedule_, direction_);
-        Block result;
-        storeHalf(result.bytes, halves[0]);
-        storeHalf(result.bytes + halfSize, halves[1]);
-        OPENSSL_cleanse(halves, sizeof halves);
-        return result;
+    Block operator()(Block block) {
+        halves_[0] = static_cast<DES_LONG>(block);
+        halves_[1] = static_cast<DES_LONG>(block >> halfBits);
+        DES_encrypt1(halves_, schedule_.get(), direction_);
+        return Block{halves_[0]} | Block{halves_[1]} << halfBits;
     }
 
 private:
-    static constexpr int halfSize = QUELM_DES_BLOCK_SIZE / 2;
+    static constexpr int halfBits = 32;
 
-    // The cipher's halves are little-endian.
-    static DES_LONG loadHalf(const uint8_t *bytes) {
-        return DES_LONG{bytes[0]} | DES_LONG{bytes[1]} << 8 | DES_LONG{bytes[2]} << 16 |
-               DES_LONG{bytes[3]} << 24;
-    }
-
-    static void storeHalf(uint8_t *bytes, DES_LONG half) {
-        for (int i = 0; i < halfSize; ++i) {
-            bytes[i] = static_cast<uint8_t>(half >> (8 * i));
-        }
-    }
-
-    DES_key_schedule schedule_;
+    KeySchedule schedule_;
+    DES_LONG halves_[2];
     int direction_;
 };
 
@@ -98,7 +103,7 @@ int32_t runEcb(const uint8_t *input, int32_t length, uint8_t *output, const void
     const int32_t processed = processedLength(length, encrypt);
     int32_t done = 0;
     for (; done < processed; done += blockSize) {
-        cipher(Block(input + done, processed - done)).store(output + done);
+        store(cipher(load(input + done, processed - done)), output + done);
     }
     return done;
 }
@@ -117,21 +122,12 @@ int32_t quelm_des_min_do(const void *input, int32_t inputLength, void *output,
 
 int32_t quelm_des_pcbc_do(const void *input, void *output, int32_t length, const void *key,
                           const void *vector, int encrypt) {
-    const auto *source = static_cast<const uint8_t *>(input);
-    auto *destination = static_cast<uint8_t *>(output);
-    Cipher cipher(key, encrypt);
-    Block chain(static_cast<const uint8_t *>(vector), blockSize);
-    // A length within 7 of the largest would overflow the step, so what is left is counted instead.
-    for (int32_t left = processedLength(length, encrypt); left > 0; left -= blockSize) {
-        const Block block(source, left);
-        const Block result = encrypt != 0 ? cipher(block ^ chain) : cipher(block) ^ chain;
-        result.store(destination);
-        chain = block ^ result;
-        if (left > blockSize) {
-            source += blockSize;
-            destination += blockSize;
-        }
-    }
+    KeySchedule schedule(key);
+    DES_cblock chain;
+    std::memcpy(chain, vector, sizeof chain);
+    DES_pcbc_encrypt(static_cast<const uint8_t *>(input), static_cast<uint8_t *>(output),
+                     processedLength(length, encrypt), schedule.get(), &chain,
+                     directionOf(encrypt));
     return 1;
 }
 

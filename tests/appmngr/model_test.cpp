@@ -116,6 +116,26 @@ TEST_F(Model, TakesTextsOfElements) {
     EXPECT_EQ(cut, std::string("123456789012\0#", 14));
 }
 
+TEST_F(Model, TakesIntegersOfAnySize) {
+    std::pair<std::string, int32_t> cases[] = {{" \v+7x", 7},
+                                               {"+-7", 0},
+                                               {"-", 0},
+                                               {"-2147483649", 2147483647},
+                                               {"9223372036854775807", -1},
+                                               {"9223372036854775808", -1},
+                                               {"-9223372036854775808", 0},
+                                               {"18446744073709551617", -1},
+                                               {"-99999999999999999999", 0}};
+    for (auto &[text, expected] : cases) {
+        XMLP_NODE node = {};
+        node.value = text.data();
+        node.valueSize = static_cast<uint32_t>(text.size());
+        int32_t number = 1;
+        EXPECT_EQ(_appmngr_getNodeInt(&node, &number), 0);
+        EXPECT_EQ(number, expected) << text;
+    }
+}
+
 TEST_F(Model, HasAStamp) {
     std::string text(APPMNGR_STAMP_SIZE, '#');
     EXPECT_EQ(appmngr_getStampStr(text.data()), 0);
