@@ -118,16 +118,14 @@ bool NameTable::intern(std::string_view string, size_t &offset) {
         return false;
     }
     uint32_t rest = 0;
-    size_t place = words;
-    Slot *slot = nullptr;
-    for (; place > 0; --place) {
-        slot = lookUp(entryWord(string, place - 1), rest);
+    for (size_t place = words; place > 0; --place) {
+        Slot *slot = lookUp(entryWord(string, place - 1), rest);
         if (slot->position == 0) {
             return append(string, place, slot, rest, offset);
         }
         rest = slot->position;
     }
-    offset = slot->offset();
+    offset = size_t{rest - 1U} * wordSize;
     return true;
 }
 

@@ -14,13 +14,10 @@ namespace {
 class TreeWriter {
 public:
     TreeWriter(std::string_view body, const ScannedText &scanned, const StaticBlock &block)
-        : body_(body.data()), scanned_(scanned), names_(block.names()), value_(block.values()),
-          attrs_(block.attrs()), nodes_(block.nodes()) {
-        if (body.size() >= fixedSize && scanned.valueBytes >= fixedSize) {
-            lastFixedText_ = body.size() - fixedSize;
-            lastFixedValue_ = value_ + scanned.valueBytes - fixedSize;
-        }
-    }
+        : body_(body.data()), scanned_(scanned), names_(block.names()), values_(block.values()),
+          attrs_(block.attrs()), nodes_(block.nodes()),
+          fixedTexts_(body.size() >= fixedSize ? body.size() - fixedSize + 1 : 0),
+          fixedValues_(scanned.valueBytes >= fixedSize ? scanned.valueBytes - fixedSize + 1 : 0) {}
 
     XMLP_NODE *write() {
         *nodes_ = XMLP_NODE{};
@@ -40,9 +37,9 @@ private:
         uint32_t valueSize = 0;
         uint32_t type = XMLP_TYPE_NONE;
         if (element.textSize != 0) {
-            value = value_;
-            writeValue(element);
-            valueSize = static_cast<uint32_t>(value_ - value);
+            value = values_ + valueBytes_;
+            valueSize = writeValue(element, value);
+            valueBytes_ += valueSize;
             type = XMLP_TYPE_LEAF;
         }
         const bool isItem = (element.name & ElementRecord::itemBit) != 0;
@@ -65,22 +62,22 @@ private:
         }
     }
 
-    [[gnu::always_inline]] void writeValue(const ElementRecord &element) {
+    // Gives the size of the value.
+    [[gnu::always_inline]] uint32_t writeValue(const ElementRecord &element, char *value) const {
         const char *text = body_ + element.text;
         const uint32_t size = element.textSize & ~ElementRecord::escapedBit;
         if (size != element.textSize) [[unlikely]] {
-            value_ = xmlp_unTransStr(value_, text, size);
-            return;
+            return static_cast<uint32_t>(xmlp_unTransStr(value, text, size) - value);
         }
         // A copy of fixed size is quicker than one of few bytes; what it writes too much is written
         // over by what comes next.
-        if (size <= fixedSize && element.text <= lastFixedText_ && value_ <= lastFixedValue_)
+        if (size <= fixedSize && element.text < fixedTexts_ && valueBytes_ < fixedValues_)
             [[likely]] {
-            std::memcpy(value_, text, fixedSize);
+            std::memcpy(value, text, fixedSize);
         } else {
-            std::memcpy(value_, text, size);
+            std::memcpy(value, text, size);
         }
-        value_ += size;
+        return size;
     }
 
     void writeAttributes() {
@@ -105,12 +102,13 @@ private:
     const char *body_;
     const ScannedText &scanned_;
     char *names_;
-    char *value_;
+    char *values_;
     XMLP_ATTR *attrs_;
     XMLP_NODE *nodes_;
-    // Up to these there are sixteen bytes to read and to write.
-    size_t lastFixedText_ = 0;
-    const char *lastFixedValue_ = nullptr;
+    // From offsets below these there are sixteen bytes to read and to write.
+    size_t fixedTexts_;
+    size_t fixedValues_;
+    size_t valueBytes_ = 0; // written so far
 };
 
 } // namespace
