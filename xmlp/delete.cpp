@@ -27,14 +27,7 @@ XMLP_NODE *firstLeaf(XMLP_NODE *node) {
     return node;
 }
 
-} // namespace
-
-void xmlp_delNode(XMLP_NODE *node) {
-    if (node == nullptr || node->firstChild != nullptr) {
-        XMLP_REPORT("invalid params.");
-        return;
-    }
-    unlink(node);
+void freeNode(XMLP_NODE *node) {
     xmlp_freeAttrList(node->attrList);
     if (node->valueSize != 0) {
         std::free(node->value);
@@ -45,19 +38,32 @@ void xmlp_delNode(XMLP_NODE *node) {
     std::free(node);
 }
 
-// Every deletion unlinks, so the way back up needs nothing but the parent links.
+} // namespace
+
+void xmlp_delNode(XMLP_NODE *node) {
+    if (node == nullptr || node->firstChild != nullptr) {
+        XMLP_REPORT("invalid params.");
+        return;
+    }
+    unlink(node);
+    freeNode(node);
+}
+
+// Only the top is unlinked: what goes with it is freed from the leaves upwards, each element after
+// the last of its children.
 void xmlp_delDtree(XMLP_NODE *node) {
     if (node == nullptr) {
         XMLP_REPORT("node is null.");
         return;
     }
+    unlink(node);
     XMLP_NODE *leaf = firstLeaf(node);
     while (leaf != node) {
-        XMLP_NODE *parent = leaf->parent;
-        xmlp_delNode(leaf);
-        leaf = firstLeaf(parent);
+        XMLP_NODE *after = leaf->next != nullptr ? firstLeaf(leaf->next) : leaf->parent;
+        freeNode(leaf);
+        leaf = after;
     }
-    xmlp_delNode(node);
+    freeNode(node);
 }
 
 void xmlp_delStree(XMLP_NODE *rootNode) {

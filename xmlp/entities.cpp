@@ -11,23 +11,6 @@
 namespace velda::xmlp {
 namespace {
 
-struct Entity {
-    char byte;
-    std::string_view reference;
-};
-
-constexpr Entity entities[] = {{'<', "&lt;"}, {'>', "&gt;"}, {'&', "&amp;"}};
-
-// What a byte is escaped to, or null for one that stands for itself.
-const Entity *entityFor(char byte) {
-    for (const Entity &entity : entities) {
-        if (entity.byte == byte) {
-            return &entity;
-        }
-    }
-    return nullptr;
-}
-
 // The entity whose reference begins the text, or null.
 const Entity *entityAt(std::string_view text) {
     for (const Entity &entity : entities) {
@@ -60,16 +43,6 @@ bool decode(std::string_view text, Sink sink) {
 }
 
 } // namespace
-
-uint64_t escapedLength(std::string_view text) {
-    uint64_t length = 0;
-    for (const char byte : text) {
-        const Entity *entity = entityFor(byte);
-        length += entity == nullptr ? 1 : entity->reference.size();
-    }
-    return length;
-}
-
 } // namespace velda::xmlp
 
 using namespace velda::xmlp;
@@ -79,7 +52,9 @@ uint32_t xmlp_transStrLen(const char *str, uint32_t len) {
         XMLP_REPORT("str is null.");
         return 0;
     }
-    return static_cast<uint32_t>(std::min<uint64_t>(escapedLength({str, len}), UINT32_MAX));
+    uint64_t length = 0;
+    escape({str, len}, [&length](std::string_view part) { length += part.size(); });
+    return static_cast<uint32_t>(std::min<uint64_t>(length, UINT32_MAX));
 }
 
 char *xmlp_transStr(char *dst, const char *src, uint32_t len) {
@@ -87,13 +62,10 @@ char *xmlp_transStr(char *dst, const char *src, uint32_t len) {
         XMLP_REPORT("invalid params.");
         return nullptr;
     }
-    for (const char byte : std::string_view(src, len)) {
-        if (const Entity *entity = entityFor(byte)) {
-            dst = std::copy(entity->reference.begin(), entity->reference.end(), dst);
-        } else {
-            *dst++ = byte;
-        }
-    }
+    escape({src, len}, [&dst](std::string_view part) {
+        std::memmove(dst, part.data(), part.size());
+        dst += part.size();
+    });
     return dst;
 }
 

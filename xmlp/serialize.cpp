@@ -8,19 +8,19 @@
 #include "xmlp/frame.h"
 #include "xmlp/memory.h"
 #include "xmlp/report.h"
+#include "xmlp/words.h"
 #include "xmlp/xmlp_internal.h"
 
 #include <cstring>
+#include <string_view>
 
 namespace velda::xmlp {
 namespace {
 
 class Measure {
 public:
-    void byte(char) { ++length_; }
+    void put(std::string_view text) { length_ += text.size(); }
     void spaces(uint64_t count) { length_ += count; }
-    void bytes(const char *, size_t size) { length_ += size; }
-    void escaped(const char *text, uint32_t size) { length_ += escapedLength({text, size}); }
     uint64_t length() const { return length_; }
 
 private:
@@ -31,17 +31,18 @@ class Writer {
 public:
     explicit Writer(char *position) : position_(position) {}
 
-    void byte(char c) { *position_++ = c; }
+    void put(std::string_view text) {
+        copyText(position_, text);
+        position_ += text.size();
+    }
     void spaces(uint64_t count) {
-        std::memset(position_, ' ', static_cast<size_t>(count));
-        position_ += count;
-    }
-    void bytes(const char *text, size_t size) {
-        std::memcpy(position_, text, size);
-        position_ += size;
-    }
-    void escaped(const char *text, uint32_t size) {
-        position_ = xmlp_transStr(position_, text, size);
+        constexpr std::string_view some = "                                ";
+        if (count <= some.size()) {
+            put({some.data(), static_cast<size_t>(count)});
+        } else {
+            std::memset(position_, ' ', static_cast<size_t>(count));
+            position_ += count;
+        }
     }
     char *position() const { return position_; }
 
@@ -56,81 +57,78 @@ struct Compact {
 
 struct Indented {
     void indent(auto &sink, uint32_t depth) const { sink.spaces(uint64_t{2} * depth); }
-    void endLine(auto &sink) const { sink.byte('\n'); }
+    void endLine(auto &sink) const { sink.put("\n"); }
 };
 
-void putText(auto &sink, const char *text) {
-    if (text != nullptr) {
-        sink.bytes(text, std::strlen(text));
-    }
+std::string_view textOrNothing(const char *text) {
+    return text != nullptr ? std::string_view(text) : std::string_view();
 }
 
-void putStartOfTag(auto &sink, const XMLP_NODE *node) {
-    sink.byte('<');
-    putText(sink, node->name);
-    for (const XMLP_ATTR *attr = node->attrList; attr != nullptr; attr = attr->next) {
-        sink.byte(' ');
-        putText(sink, attr->name);
-        sink.bytes("=\"", 2);
-        putText(sink, attr->value);
-        sink.byte('"');
-    }
-}
-
-void putClosingTag(auto &sink, const XMLP_NODE *node) {
-    sink.bytes("</", 2);
-    putText(sink, node->name);
-    sink.byte('>');
+void putClosingTag(auto &sink, std::string_view name) {
+    sink.put("</");
+    sink.put(name);
+    sink.put(">");
 }
 
 // An element up to its first child: all of it where it has none.
 void putOpening(auto &sink, auto layout, const XMLP_NODE *node, uint32_t depth) {
+    const std::string_view name = textOrNothing(node->name);
     layout.indent(sink, depth);
-    putStartOfTag(sink, node);
-    if (node->firstChild == nullptr && node->valueSize == 0) {
-        sink.bytes("/>", 2);
-    } else {
-        sink.byte('>');
+    sink.put("<");
+    sink.put(name);
+    for (const XMLP_ATTR *attr = node->attrList; attr != nullptr; attr = attr->next) {
+        sink.put(" ");
+        sink.put(textOrNothing(attr->name));
+        sink.put("=\"");
+        sink.put(textOrNothing(attr->value));
+        sink.put("\"");
     }
-    if (node->firstChild == nullptr && node->valueSize != 0) {
-        sink.escaped(node->value, node->valueSize);
-        putClosingTag(sink, node);
+    if (node->firstChild != nullptr) {
+        sink.put(">");
+    } else if (node->valueSize != 0) {
+        sink.put(">");
+        escape({node->value, node->valueSize}, [&sink](std::string_view part) { sink.put(part); });
+        putClosingTag(sink, name);
+    } else {
+        sink.put("/>");
     }
     layout.endLine(sink);
 }
 
-void putElement(auto &sink, auto layout, const XMLP_NODE *element, uint32_t depth) {
+// The sink goes in and out by value and all that is called is inlined, so that its position stays in
+// a register.
+template <class Sink>
+[[gnu::flatten]] Sink putElement(Sink sink, auto layout, const XMLP_NODE *element, uint32_t depth) {
     const XMLP_NODE *node = element;
-    putOpening(sink, layout, node, depth);
     while (true) {
+        putOpening(sink, layout, node, depth);
         if (node->firstChild != nullptr) {
             node = node->firstChild;
             ++depth;
-        } else {
-            // Up through the elements that end here, as far as the next sibling.
-            while (node != element && node->next == nullptr) {
-                node = node->parent;
-                --depth;
-                layout.indent(sink, depth);
-                putClosingTag(sink, node);
-                layout.endLine(sink);
-            }
-            if (node == element) {
-                return;
-            }
-            node = node->next;
+            continue;
         }
-        putOpening(sink, layout, node, depth);
+        // Up through the elements that end here, as far as the next sibling.
+        while (node != element && node->next == nullptr) {
+            node = node->parent;
+            --depth;
+            layout.indent(sink, depth);
+            putClosingTag(sink, textOrNothing(node->name));
+            layout.endLine(sink);
+        }
+        if (node == element) {
+            return sink;
+        }
+        node = node->next;
     }
 }
 
 void putDocument(auto &sink, auto layout, const XMLP_TREE *tree) {
     if (tree->headerLen != 0) {
-        sink.bytes(tree->header, tree->headerLen);
+        sink.put({tree->header, tree->headerLen});
         layout.endLine(sink);
     }
     for (const XMLP_NODE *top = tree->rootNode->firstChild; top != nullptr; top = top->next) {
-        putElement(sink, layout, top, 0);
+        sink = putElement(sink, layout, top, 0);
     }
 }
 
@@ -147,7 +145,7 @@ char *documentText(const char *function, const XMLP_TREE *tree, auto layout, uin
     }
     Writer writer(text);
     putDocument(writer, layout, tree);
-    writer.byte('\0');
+    *writer.position() = '\0';
     return text;
 }
 
@@ -160,9 +158,7 @@ char *elementText(const char *function, const XMLP_NODE *node, char *position, a
         XMLP_REPORT_FOR(function, "buf is null.");
         return nullptr;
     }
-    Writer writer(position);
-    putElement(writer, layout, node, depth);
-    return writer.position();
+    return putElement(Writer(position), layout, node, depth).position();
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "xmlp/xmlp_internal.h"
 
 #include <string_view>
+#include <vector>
 
 namespace {
 
@@ -57,6 +58,32 @@ TEST(Entities, TranslateBothWays) {
         end = xmlp_unTransStr(buffer.data(), escaped.data(), lengthOf(escaped));
         EXPECT_EQ(std::string_view(buffer.data(), end), raw);
     });
+}
+
+TEST(Entities, EscapeEveryByteAtEveryPlace) {
+    // Vectors of exact size, so that a sanitizer sees an access beside either text.
+    const auto check = [](size_t size, size_t place, char byte) {
+        std::vector<char> raw(size, 'x');
+        raw[place] = byte;
+        std::string escaped(raw.begin(), raw.end());
+        escaped.replace(place, 1,
+                        byte == '<'   ? "&lt;"
+                        : byte == '>' ? "&gt;"
+                        : byte == '&' ? "&amp;"
+                                      : std::string(1, byte));
+        ASSERT_EQ(xmlp_transStrLen(raw.data(), static_cast<uint32_t>(size)), escaped.size());
+        std::vector<char> result(escaped.size());
+        char *end = xmlp_transStr(result.data(), raw.data(), static_cast<uint32_t>(size));
+        ASSERT_EQ(end, result.data() + result.size());
+        ASSERT_EQ(std::string(result.begin(), result.end()), escaped);
+    };
+    for (size_t size = 1; size <= 20; ++size) {
+        for (size_t place = 0; place < size; ++place) {
+            for (int value = 0; value < 256; ++value) {
+                check(size, place, static_cast<char>(value));
+            }
+        }
+    }
 }
 
 TEST(Entities, RefuseOtherReferences) {

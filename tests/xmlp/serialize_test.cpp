@@ -36,6 +36,23 @@ TEST(Serialize, WritesBothLayouts) {
     EXPECT_EQ(written(parseStatic("<a").get(), false), "");
 }
 
+TEST(Serialize, WritesTextsOfEveryLength) {
+    // Each element one byte longer in name, attribute and value, and one level deeper than the last.
+    const std::string letters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ";
+    std::string text;
+    std::string closing;
+    for (size_t i = 0; i < 40; ++i) {
+        const std::string indent(2 * i, ' ');
+        const std::string part = letters.substr(0, i + 1);
+        text += indent + "<" + part + " " + part + "=\"" + letters.substr(0, i) + "\">\n";
+        text += indent + "  <v>" + part + "</v>\n";
+        closing.insert(0, indent + "</" + part + ">\n");
+    }
+    for (const auto parse : {parseStatic, parseDynamic}) {
+        EXPECT_EQ(written(parse(text + closing).get(), false), text + closing);
+    }
+}
+
 TEST(Serialize, WritesSingleElements) {
     const Doc doc = parseDynamic("<r><a>1</a></r>");
     char buffer[64];
