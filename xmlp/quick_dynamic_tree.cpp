@@ -54,7 +54,7 @@ private:
         if (element.textSize != 0 && !setValue(node, element)) {
             return false;
         }
-        node->name = isItem ? g_xmlp_itemName : copyText(nameAt(element.name)).release();
+        node->name = isItem ? g_xmlp_itemName : newText(nameAt(element.name)).release();
         if (node->name == nullptr) {
             XMLP_REPORT_FOR("_getNameAttr", "malloc failed.");
             return false;

@@ -31,7 +31,7 @@ char *IndexedNames::findNew(std::string_view name, const XMLP_ATTR *) {
     return isRepeated ? nullptr : base_ + offset;
 }
 
-Owned<char> copyText(std::string_view text) {
+Owned<char> newText(std::string_view text) {
     auto copy = allocate<char>(text.size() + 1);
     if (copy != nullptr) {
         std::memcpy(copy.get(), text.data(), text.size());
@@ -41,8 +41,8 @@ Owned<char> copyText(std::string_view text) {
 }
 
 XMLP_ATTR *newAttr(const TagAttribute &attribute) {
-    auto name = copyText(attribute.name);
-    auto value = attribute.value.empty() ? nullptr : copyText(attribute.value);
+    auto name = newText(attribute.name);
+    auto value = attribute.value.empty() ? nullptr : newText(attribute.value);
     auto attr = allocate<XMLP_ATTR>(sizeof(XMLP_ATTR));
     if (name == nullptr || attr == nullptr || (value == nullptr && !attribute.value.empty())) {
         return nullptr;
@@ -61,7 +61,7 @@ bool readDynamicTag(const char *tag, char endCharacter, char *&name, XMLP_ATTR *
     if (!reader.readName(text)) {
         return false;
     }
-    auto nameCopy = copyText(text);
+    auto nameCopy = newText(text);
     if (nameCopy == nullptr) {
         XMLP_REPORT_FOR(readerName, "malloc failed.");
         return false;

@@ -41,7 +41,7 @@ private:
 void reportRepeatedAttr();
 
 // Parts of a dynamic tree; null when memory runs out.
-Owned<char> copyText(std::string_view text); // with a NUL behind it
+Owned<char> newText(std::string_view text); // with a NUL behind it
 XMLP_ATTR *newAttr(const TagAttribute &attribute);
 
 // Reads a tag that passed the check: `name` becomes the element's name, and the attributes are
