@@ -19,10 +19,10 @@ constexpr size_t blockSize = 64;
 
 // What is asked of every block.
 struct Markup {
-    uint64_t less;    // a bit for each '<'
-    uint64_t greater; // and for each '>'
-    size_t closing;   // how many of these
-    bool hasOthers;   // bytes that need a closer look: '&' and those of 0x80 and above
+    uint64_t less;     // a bit for each '<'
+    uint64_t greater;  // and for each '>'
+    size_t closing;    // how many of these
+    bool hasHighBytes; // of 0x80 and above
 };
 
 // Eight bytes, the first one lowest.
@@ -82,13 +82,9 @@ Leads leadsOf(const char *block) {
     return leads;
 }
 
-// Few blocks of most texts come here. `source` is where the block stands in its text.
-[[gnu::noinline]] void lookAtOthers(const char *block, const char *source, uint64_t markup,
-                                    MarkupSummary &summary) {
-    const uint64_t ampersands = maskOfByte(block, '&');
-    if (ampersands != 0) {
-        summary.lastAmpersand = source + std::bit_width(ampersands) - 1;
-    }
+// Few blocks of most texts come here.
+[[gnu::noinline]] void lookForHiddenMarkup(const char *block, uint64_t markup,
+                                           MarkupSummary &summary) {
     const Leads leads = leadsOf(block);
     const uint64_t reached = summary.carry | leads.two << 1 | leads.three << 2 | leads.four << 3;
     summary.mayHideMarkup |= (reached & markup) != 0;
@@ -113,8 +109,8 @@ template <Markup (*markupOf)(const char *block)>
             *end++ = static_cast<uint16_t>(start + static_cast<size_t>(std::countr_zero(less)));
         }
         closing += markup.closing;
-        if (markup.hasOthers || summary.carry != 0) [[unlikely]] {
-            lookAtOthers(block, text + start, markup.less | markup.greater, summary);
+        if (markup.hasHighBytes || summary.carry != 0) [[unlikely]] {
+            lookForHiddenMarkup(block, markup.less | markup.greater, summary);
         }
     }
     summary.closing += closing;
@@ -127,8 +123,7 @@ Markup markupByWords(const char *block) {
         all |= bytesAt(block + i);
     }
     const uint64_t greater = maskOfByte(block, '>');
-    const bool hasOthers = (all & everyByte << 7) != 0 || maskOfByte(block, '&') != 0;
-    return {maskOfByte(block, '<'), greater, countBits(greater), hasOthers};
+    return {maskOfByte(block, '<'), greater, countBits(greater), (all & everyByte << 7) != 0};
 }
 
 #if defined(__x86_64__)
@@ -136,7 +131,7 @@ Markup markupByWords(const char *block) {
 inline Markup markupBySse2(const char *block) {
     uint64_t less = 0;
     uint64_t greater = 0;
-    __m128i others = _mm_setzero_si128();
+    __m128i all = _mm_setzero_si128();
     for (int part = 0; part < 4; ++part) {
         const int shift = 16 * part;
         const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i *>(block + shift));
@@ -146,10 +141,9 @@ inline Markup markupBySse2(const char *block) {
         };
         less |= maskOf('<') << shift;
         greater |= maskOf('>') << shift;
-        others =
-            _mm_or_si128(others, _mm_or_si128(bytes, _mm_cmpeq_epi8(bytes, _mm_set1_epi8('&'))));
+        all = _mm_or_si128(all, bytes);
     }
-    return {less, greater, countBits(greater), _mm_movemask_epi8(others) != 0};
+    return {less, greater, countBits(greater), _mm_movemask_epi8(all) != 0};
 }
 
 size_t indexMarkupBySse2(const char *text, size_t size, uint16_t *offsets, MarkupSummary &summary) {
@@ -166,13 +160,9 @@ size_t indexMarkupBySse2(const char *text, size_t size, uint16_t *offsets, Marku
             static_cast<uint32_t>(_mm256_movemask_epi8(_mm256_cmpeq_epi8(high, all)));
         return lower | uint64_t{upper} << 32;
     };
-    const __m256i ampersand = _mm256_set1_epi8('&');
-    const __m256i others = _mm256_or_si256(
-        _mm256_or_si256(low, high),
-        _mm256_or_si256(_mm256_cmpeq_epi8(low, ampersand), _mm256_cmpeq_epi8(high, ampersand)));
     const uint64_t greater = maskOf('>');
     return {maskOf('<'), greater, static_cast<size_t>(__builtin_popcountll(greater)),
-            _mm256_movemask_epi8(others) != 0};
+            _mm256_movemask_epi8(_mm256_or_si256(low, high)) != 0};
 }
 
 [[gnu::target("avx2,bmi,popcnt")]] size_t

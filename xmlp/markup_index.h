@@ -8,8 +8,7 @@ namespace velda::xmlp {
 
 // What was seen beside the '<', in all stretches of a text so far.
 struct MarkupSummary {
-    size_t closing = 0;                  // number of '>'
-    const char *lastAmpersand = nullptr; // the last '&', null without one
+    size_t closing = 0; // number of '>'
     // A '<' or '>' follows so soon after a multi-byte lead byte that a scan by character steps might
     // pass over it.
     bool mayHideMarkup = false;

@@ -25,7 +25,7 @@ class Scanner {
 public:
     Scanner(std::string_view body, NameTable &names, ScannedText &scanned)
         : body_(body.data()), end_(body.data() + body.size()), names_(names), scanned_(scanned),
-          known_(names), tagEnd_(body_) {
+          known_(names), tagEnd_(body_), ampersand_(body_), indexedEnd_(body_) {
         // A tag that begins before this has sixteen bytes to read behind its "<" or "</".
         constexpr size_t margin = wordsSize + 2;
         margin_ = body.size() > margin ? end_ - margin : body_;
@@ -37,8 +37,9 @@ public:
         size_t tags = 0;
         for (size_t start = 0; start < size; start += stretchSize) {
             const char *stretch = body_ + start;
-            const size_t count =
-                indexMarkup(stretch, std::min(stretchSize, size - start), offsets, summary_);
+            const size_t length = std::min(stretchSize, size - start);
+            const size_t count = indexMarkup(stretch, length, offsets, summary_);
+            indexedEnd_ = stretch + length;
             if (summary_.mayHideMarkup) {
                 return ScanResult::declined;
             }
@@ -160,19 +161,21 @@ private:
         const auto size = static_cast<uint32_t>(end - tagEnd_);
         element.text = offsetOf(tagEnd_);
         element.textSize = size;
-        if (summary_.lastAmpersand >= tagEnd_) [[unlikely]] {
-            return measureReferences(element);
+        if (ampersand_ < end) [[unlikely]] {
+            return measureReferences(end, element);
         }
         scanned_.valueBytes += size;
         return ScanResult::taken;
     }
 
-    [[gnu::noinline]] ScanResult measureReferences(ElementRecord &element) {
-        const char *text = body_ + element.text;
+    [[gnu::noinline]] ScanResult measureReferences(const char *end, ElementRecord &element) {
+        const char *begin = std::max(ampersand_, tagEnd_);
+        const void *found = std::memchr(begin, '&', static_cast<size_t>(indexedEnd_ - begin));
+        ampersand_ = found != nullptr ? static_cast<const char *>(found) : indexedEnd_;
         uint32_t size = element.textSize;
-        if (std::memchr(text, '&', size) != nullptr) {
+        if (ampersand_ < end) {
             element.textSize |= ElementRecord::escapedBit;
-            size = xmlp_unTransStrLen(text, size);
+            size = xmlp_unTransStrLen(tagEnd_, size);
         }
         scanned_.valueBytes += size;
         return size != 0 || element.textSize == 0 ? ScanResult::taken : ScanResult::declined;
@@ -386,7 +389,9 @@ private:
     OpenElement current_ = {0, 0, 0, noChildren};
     Array<OpenElement> enclosing_;
     MarkupSummary summary_;
-    const char *tagEnd_; // behind the '>' of the tag taken last
+    const char *tagEnd_;    // behind the '>' of the tag taken last
+    const char *ampersand_; // from the place last looked at, there is none before this
+    const char *indexedEnd_;
     TextOf textOf_ = TextOf::nothing;
     bool isComplete_ = false;
 };
