@@ -19,9 +19,10 @@ constexpr size_t blockSize = 64;
 
 // What is asked of every block.
 struct Markup {
-    uint64_t less;     // a bit for each '<'
-    uint64_t greater;  // and for each '>'
-    size_t closing;    // how many of these
+    uint64_t less;    // a bit for each '<'
+    uint64_t greater; // and for each '>'
+    size_t opening;   // how many there are of these
+    size_t closing;
     bool hasHighBytes; // of 0x80 and above
 };
 
@@ -105,9 +106,21 @@ template <Markup (*markupOf)(const char *block)>
             block = last;
         }
         const Markup markup = markupOf(block);
-        for (uint64_t less = markup.less; less != 0; less &= less - 1) {
-            *end++ = static_cast<uint16_t>(start + static_cast<size_t>(std::countr_zero(less)));
+        // As many as most blocks have are written in any case: a loop that runs as often as there are
+        // bits would end where no processor expects it.
+        constexpr size_t most = indexSlack;
+        uint64_t less = markup.less;
+        const auto write = [&](size_t i) {
+            end[i] = static_cast<uint16_t>(start + static_cast<size_t>(std::countr_zero(less)));
+            less &= less - 1;
+        };
+        for (size_t i = 0; i < most; ++i) {
+            write(i);
         }
+        for (size_t i = most; i < markup.opening; ++i) {
+            write(i);
+        }
+        end += markup.opening;
         closing += markup.closing;
         if (markup.hasHighBytes || summary.carry != 0) [[unlikely]] {
             lookForHiddenMarkup(block, markup.less | markup.greater, summary);
@@ -123,7 +136,8 @@ Markup markupByWords(const char *block) {
         all |= bytesAt(block + i);
     }
     const uint64_t greater = maskOfByte(block, '>');
-    return {maskOfByte(block, '<'), greater, countBits(greater), (all & everyByte << 7) != 0};
+    const uint64_t less = maskOfByte(block, '<');
+    return {less, greater, countBits(less), countBits(greater), (all & everyByte << 7) != 0};
 }
 
 #if defined(__x86_64__)
@@ -143,7 +157,7 @@ inline Markup markupBySse2(const char *block) {
         greater |= maskOf('>') << shift;
         all = _mm_or_si128(all, bytes);
     }
-    return {less, greater, countBits(greater), _mm_movemask_epi8(all) != 0};
+    return {less, greater, countBits(less), countBits(greater), _mm_movemask_epi8(all) != 0};
 }
 
 size_t indexMarkupBySse2(const char *text, size_t size, uint16_t *offsets, MarkupSummary &summary) {
@@ -160,8 +174,10 @@ size_t indexMarkupBySse2(const char *text, size_t size, uint16_t *offsets, Marku
             static_cast<uint32_t>(_mm256_movemask_epi8(_mm256_cmpeq_epi8(high, all)));
         return lower | uint64_t{upper} << 32;
     };
+    const uint64_t less = maskOf('<');
     const uint64_t greater = maskOf('>');
-    return {maskOf('<'), greater, static_cast<size_t>(__builtin_popcountll(greater)),
+    return {less, greater, static_cast<size_t>(__builtin_popcountll(less)),
+            static_cast<size_t>(__builtin_popcountll(greater)),
             _mm256_movemask_epi8(_mm256_or_si256(low, high)) != 0};
 }
 

@@ -16,9 +16,10 @@ struct MarkupSummary {
 };
 
 constexpr size_t stretchSize = 16384;
+constexpr size_t indexSlack = 8;
 
-// Writes the offsets of the '<' in `size` bytes, at most stretchSize, and gives their number. The
-// stretches of a text come one after the other.
+// Writes the offsets of the '<' in `size` bytes, at most stretchSize, and gives their number. There is
+// room for indexSlack more offsets than bytes. The stretches of a text come one after the other.
 using IndexMarkup = size_t (*)(const char *text, size_t size, uint16_t *offsets,
                                MarkupSummary &summary);
 

@@ -33,7 +33,7 @@ public:
 
     ScanResult run(IndexMarkup indexMarkup) {
         const auto size = static_cast<size_t>(end_ - body_);
-        uint16_t offsets[stretchSize];
+        uint16_t offsets[stretchSize + indexSlack];
         size_t tags = 0;
         for (size_t start = 0; start < size; start += stretchSize) {
             const char *stretch = body_ + start;
