@@ -1,5 +1,6 @@
 // velda-db-parser <DB_FILE> <OUTPUT_FILE>: the list of the applications in a database image.
 
+#include "app/confine.h"
 #include "appmngr/appmngr.h"
 
 #include <cstdio>
@@ -20,6 +21,7 @@ int main(int argc, char **argv) {
     }
     const char *dbFile = argv[1];
     const char *outputFile = argv[2];
+    confineTo(dbFile, outputFile);
     if (appmngr_checkDbPath(dbFile) == -1) {
         std::fprintf(stderr, "invalid database path: %s\n", dbFile);
         return -1;
