@@ -20,7 +20,7 @@ void REAL(free)(void *block);
 namespace {
 
 bool isCounting = false;
-bool isInside = false; // the set's own nodes are let through
+bool isInside = true; // the set's own nodes are let through, and all before there is a set
 bool hasFailed = false;
 size_t untilFailure = 0;
 
@@ -86,7 +86,9 @@ char *strdup(const char *text) {
 } // extern "C"
 
 void beginCounting(size_t allowed) {
+    isInside = true;
     blocks().clear();
+    isInside = false;
     untilFailure = allowed;
     hasFailed = false;
     isCounting = true;
