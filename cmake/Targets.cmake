@@ -36,7 +36,8 @@ function(velda_harden target)
 endfunction()
 
 # The product itself: no exceptions, no RTTI, nothing from the C++ run-time library. --as-needed
-# keeps the C++ driver's default libraries out of a program that calls nothing in them.
+# keeps the C++ driver's default libraries out of a program that calls nothing in them, and what a
+# processor without an instruction for it calls, a division say, is linked in.
 function(velda_product_target target)
     target_compile_features(${target} PUBLIC cxx_std_20)
     target_compile_options(${target} PRIVATE
@@ -45,7 +46,7 @@ function(velda_product_target target)
     set_target_properties(${target} PROPERTIES
         CXX_EXTENSIONS OFF
         POSITION_INDEPENDENT_CODE ON)
-    target_link_options(${target} PRIVATE -Wl,--as-needed)
+    target_link_options(${target} PRIVATE -Wl,--as-needed -static-libgcc)
     velda_instrument(${target})
     velda_harden(${target})
 endfunction()
