@@ -43,6 +43,8 @@ function(velda_product_target target)
     target_compile_options(${target} PRIVATE
         $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics>
         -Wnull-dereference)
+    # Files of 2 GiB and more open on 32-bit machines too.
+    target_compile_definitions(${target} PRIVATE _FILE_OFFSET_BITS=64)
     set_target_properties(${target} PROPERTIES
         CXX_EXTENSIONS OFF
         POSITION_INDEPENDENT_CODE ON)
