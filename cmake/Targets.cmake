@@ -36,16 +36,19 @@ function(velda_harden target)
 endfunction()
 
 # The product itself: no exceptions, no RTTI, nothing from the C++ run-time library. --as-needed
-# keeps the C++ driver's default libraries out of a program that calls nothing in them.
+# keeps the C++ driver's default libraries out of a program that calls nothing in them, and what a
+# processor without an instruction for it calls, a division say, is linked in.
 function(velda_product_target target)
     target_compile_features(${target} PUBLIC cxx_std_20)
     target_compile_options(${target} PRIVATE
         $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics>
         -Wnull-dereference)
+    # Files of 2 GiB and more open on 32-bit machines too.
+    target_compile_definitions(${target} PRIVATE _FILE_OFFSET_BITS=64)
     set_target_properties(${target} PROPERTIES
         CXX_EXTENSIONS OFF
         POSITION_INDEPENDENT_CODE ON)
-    target_link_options(${target} PRIVATE -Wl,--as-needed)
+    target_link_options(${target} PRIVATE -Wl,--as-needed -static-libgcc)
     velda_instrument(${target})
     velda_harden(${target})
 endfunction()

@@ -27,7 +27,7 @@ protected:
 std::string imageOf(const Case &test) {
     std::string text = test.text("text", smallDocument());
     text.resize(std::max(text.size(), test.size("filled")), ' ');
-    const long declared = static_cast<long>(text.size()) + test.number("more");
+    const int64_t declared = static_cast<int64_t>(text.size()) + test.number("more");
     std::string image = packImage(text, static_cast<uint64_t>(test.number("declared", declared)));
     if (test.has("length")) {
         image.replace(0, 4, bigEndian(static_cast<uint32_t>(test.number("length"))));
