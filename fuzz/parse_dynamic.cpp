@@ -17,31 +17,36 @@ struct Free {
 
 using Written = std::unique_ptr<char, Free>;
 
-// Whether it ends within a character: in a text that is written that takes markup with it.
-bool isCutShort(std::string_view text) {
-    size_t at = 0;
-    while (at < text.size()) {
-        at += _utf8CharLen[static_cast<unsigned char>(text[at])];
+// Whether it ends within a character, which takes markup with it in a text that is written, or has markup
+// within one, which is longer there.
+bool hasBrokenCharacter(std::string_view text) {
+    size_t end = 0;
+    for (size_t at = 0; at < text.size(); ++at) {
+        if (at >= end) {
+            end = at + _utf8CharLen[static_cast<unsigned char>(text[at])];
+        } else if (text[at] == '<' || text[at] == '>' || text[at] == '&') {
+            return true;
+        }
     }
-    return at > text.size();
+    return end > text.size();
 }
 
-// The first byte of a name that is read may be any, and an attribute of an element without contents may
-// hold a '/', which the short form can't carry.
+// Empty names are read where white space stands in their place, and an attribute of an element without
+// contents may hold a '/', which the short form can't carry.
 bool canBeWritten(const XMLP_NODE *node) {
     const std::string_view name = node->name;
-    if (name.empty() || xmlp_isValidName(node->name, name.size() & UINT32_MAX) == 0) {
+    if (name.empty()) {
         return false;
     }
     const bool isShort = node->firstChild == nullptr && node->value == nullptr;
     for (const XMLP_ATTR *attr = node->attrList; attr != nullptr; attr = attr->next) {
         const std::string_view value = attr->value != nullptr ? attr->value : "";
         const bool endsTag = isShort && value.find('/') != std::string_view::npos;
-        if (endsTag || isCutShort(attr->name) || isCutShort(value)) {
+        if (endsTag || hasBrokenCharacter(attr->name) || hasBrokenCharacter(value)) {
             return false;
         }
     }
-    return !isCutShort(name) && !isCutShort({node->value, node->valueSize});
+    return !hasBrokenCharacter(name) && !hasBrokenCharacter({node->value, node->valueSize});
 }
 
 // Not where nothing was read, of a text that ends in its first tag. A name with '?' first, where text
