@@ -16,6 +16,11 @@ function(velda_instrument target)
         target_compile_options(${target} PRIVATE ${sanitizers} -fno-omit-frame-pointer)
         target_link_options(${target} PRIVATE ${sanitizers})
     endif()
+    if(VELDA_FUZZ)
+        # Not -fsanitize=fuzzer-no-link: following comparisons too would take most of the time.
+        target_compile_options(${target} PRIVATE
+            -fsanitize-coverage=inline-8bit-counters,indirect-calls,pc-table)
+    endif()
     if(VELDA_COVERAGE)
         target_compile_options(${target} PRIVATE --coverage)
         target_link_options(${target} PRIVATE --coverage)
