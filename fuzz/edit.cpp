@@ -78,6 +78,7 @@ public:
     }
 
     XMLP_DOC *const doc;
+    bool hasRenamed = false;
 
 private:
     Input input_;
@@ -111,6 +112,7 @@ Done setValue(Editor &e) {
 
 Done setName(Editor &e) {
     const char *path = e.path();
+    e.hasRenamed = true;
     return changed(xmlp_setName(e.doc, path, e.name()) == 0);
 }
 
@@ -300,6 +302,9 @@ void runOne(Editor &editor, size_t before) {
     FUZZ_REQUIRE(!failure.end() || hasPrinted("malloc failed.\r\n"));
     FUZZ_REQUIRE(done == Done::something || fingerprint(root) == sum);
     requireWhole(root);
+    if (!editor.hasRenamed) {
+        requireSharedItemNames(root);
+    }
     FUZZ_REQUIRE(liveBlocks() == before + blocksOf(editor.doc));
 }
 
