@@ -117,6 +117,7 @@ int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
         FUZZ_REQUIRE((doc != nullptr) == (fixed != nullptr));
         if (doc != nullptr) {
             requireWhole(doc->tree->rootNode);
+            requireSharedItemNames(doc->tree->rootNode);
             requireWhole(fixed->tree->rootNode);
             requireSameTree(doc->tree->rootNode, fixed->tree->rootNode);
             checkWritten(doc.get(), 0);

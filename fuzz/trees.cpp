@@ -95,6 +95,12 @@ void requireWhole(const XMLP_NODE *root) {
     }
 }
 
+void requireSharedItemNames(const XMLP_NODE *root) {
+    for (const XMLP_NODE *node = root; node != nullptr; node = following(root, node)) {
+        FUZZ_REQUIRE(node->type != XMLP_TYPE_ITEM || node->name == g_xmlp_itemName);
+    }
+}
+
 size_t blocksOf(const XMLP_DOC *doc) {
     const XMLP_NODE *root = doc->tree->rootNode;
     size_t count = doc->tree->header != nullptr ? 3 : 2;

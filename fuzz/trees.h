@@ -20,6 +20,9 @@ const XMLP_NODE *following(const XMLP_NODE *root, const XMLP_NODE *node);
 // Requires of a tree all that its records promise.
 void requireWhole(const XMLP_NODE *root);
 
+// Requires that members of lists share one name, as those do that were never renamed.
+void requireSharedItemNames(const XMLP_NODE *root);
+
 // How many allocations a dynamic document owns.
 size_t blocksOf(const XMLP_DOC *doc);
 
