@@ -48,8 +48,9 @@ function(velda_product_target target)
     target_compile_options(${target} PRIVATE
         $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics>
         -Wnull-dereference)
-    # Files of 2 GiB and more open on 32-bit machines too.
-    target_compile_definitions(${target} PRIVATE _FILE_OFFSET_BITS=64)
+    if(CMAKE_SIZEOF_VOID_P EQUAL 4) # files of 2 GiB and more open there too
+        target_compile_definitions(${target} PRIVATE _FILE_OFFSET_BITS=64)
+    endif()
     set_target_properties(${target} PROPERTIES
         CXX_EXTENSIONS OFF
         POSITION_INDEPENDENT_CODE ON)

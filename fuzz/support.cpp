@@ -34,6 +34,7 @@ extern "C" {
 int LLVMFuzzerInitialize(int *argc, char ***argv);
 FILE *__real_fopen(const char *path, const char *mode);
 FILE *__wrap_fopen(const char *path, const char *mode);
+FILE *__wrap_fopen64(const char *path, const char *mode); // what fopen is to 32-bit libraries
 int __real_remove(const char *path);
 int __wrap_remove(const char *path);
 
@@ -49,6 +50,10 @@ FILE *__wrap_fopen(const char *path, const char *mode) {
         return fmemopen(const_cast<char *>(fileToRead.data()), fileToRead.size(), mode);
     }
     return isWritten(path) ? lastWritten.open() : __real_fopen(path, mode);
+}
+
+FILE *__wrap_fopen64(const char *path, const char *mode) {
+    return __wrap_fopen(path, mode);
 }
 
 int __wrap_remove(const char *path) {
