@@ -5,8 +5,11 @@
 #include "fuzz/support.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 #include <string>
+#include <sys/mman.h>
+#include <unistd.h>
 
 using namespace fuzz;
 
@@ -88,6 +91,46 @@ void checkSealed(std::string_view data, const char *key) {
     quelm_md5_des_do(data.data(), sizeOf(data), opened.data(), sizeOf(opened), key, 0);
 }
 
+// A file that is only in memory.
+class File {
+public:
+    File() : descriptor_(memfd_create("fuzz", MFD_CLOEXEC)) {
+        FUZZ_REQUIRE(descriptor_ >= 0);
+        std::snprintf(path_, sizeof path_, "/proc/self/fd/%d", descriptor_);
+    }
+
+    const char *path() const { return path_; }
+
+    void write(std::string_view bytes) const {
+        FUZZ_REQUIRE(ftruncate(descriptor_, 0) == 0);
+        FUZZ_REQUIRE(pwrite(descriptor_, bytes.data(), bytes.size(), 0) == sizeOf(bytes));
+    }
+
+    std::string read() const {
+        std::string bytes = room(16 * 1024);
+        const ssize_t size = pread(descriptor_, bytes.data(), bytes.size(), 0);
+        return bytes.substr(0, static_cast<size_t>(size));
+    }
+
+private:
+    int descriptor_;
+    char path_[32];
+};
+
+void checkSealedFile(std::string_view data) {
+    static const File plain;
+    static const File sealed;
+    constexpr size_t largest = 16360; // of which the sealed form is one that can be opened again
+    const std::string_view part = data.substr(0, largest);
+    plain.write(part);
+    FUZZ_REQUIRE(quelm_md5_des_file(plain.path(), sealed.path(), 1) == 0);
+    FUZZ_REQUIRE(sealed.read().size() == QUELM_MD5_SIZE + completed(part).size());
+    FUZZ_REQUIRE(quelm_md5_des_file(sealed.path(), plain.path(), 0) == 0);
+    FUZZ_REQUIRE(plain.read() == completed(part));
+    sealed.write(part);
+    FUZZ_REQUIRE(quelm_md5_des_file(sealed.path(), plain.path(), 0) == 0);
+}
+
 void checkDigests(std::string_view data, std::string_view key) {
     char digest[QUELM_MD5_SIZE];
     quelm_hmac_md5(data.data(), sizeOf(data), key.data(), sizeOf(key), digest);
@@ -134,6 +177,9 @@ void checkContainer(std::string_view data) {
         openContainer(ofText, opened);
         toImage(ofText);
     }
+    if (data.size() > APPMNGR_BLOCK_SIZE_MAX) {
+        return;
+    }
     // Length, version 1.2.0, magic code, reserved.
     const size_t size = data.size();
     const char header[] = {
@@ -158,6 +204,7 @@ int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     checkBlocks(bytes, key);
     checkChained(bytes, key, key + blockSize);
     checkSealed(bytes, key);
+    checkSealedFile(bytes);
     checkDigests(bytes, {key, size % keys.size()});
     checkContainer(bytes);
     return 0;
