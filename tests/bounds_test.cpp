@@ -44,8 +44,7 @@ void readCounted(char *b, uint32_t n) {
     const Doc doc = parseStatic("<r x=\"1\"><a/></r>");
     xmlp_getChildNodeByName(doc->tree->rootNode, n > 0 ? b : nullptr, n);
     xmlp_isAttrNameExist(doc->tree->rootNode->firstChild->attrList, b, n);
-    made = _makeDtree(b, n);
-    if (made != nullptr) {
+    if ((made = _makeDtree(b, n)) != nullptr) {
         xmlp_delDtree(made);
     }
     _checkXml(b, b + n);
@@ -198,6 +197,7 @@ const std::map<std::string, std::string (*)()> calls = {
     C(_appmngr_readDbFile) C(_appmngr_parseNode) A(parseThroughXML) C(_appmngr_getNodeValue)
     C(_appmngr_getNodeStr) H(app) H(appType) H(id) H(name) H(visible) H(typeid) H(rule) H(tuple)
     H(start) H(dpiType) H(dnsKw) C(quelm_des_min_do) C(quelm_des_inplace_do) C(quelm_md5_des_do)
+    A(checkDbPath)
 };
 // clang-format on
 

@@ -202,6 +202,7 @@ TEST_F(SealedFile, TellsWhatItCannotOpenReadOrWrite) {
     };
     const std::string none = folder_.path("none/file");
     EXPECT_EQ(seal(none, sealed_), "open input file: No such file or directory\n-1");
+    errorsOf([] { EXPECT_EQ(quelm_md5_des_file(nullptr, nullptr, 1), -1); });
     EXPECT_EQ(seal("/", sealed_), "read: Is a directory\n-1");
     EXPECT_EQ(seal(plain_, none), "open output file: No such file or directory\n-1");
     EXPECT_EQ(seal(plain_, "/dev/full"), "write: No space left on device\n0");

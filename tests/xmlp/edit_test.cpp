@@ -82,6 +82,8 @@ TEST(Path, CallsChangeOneElement) {
          {"xmlp_addNodeAttr: attribute existed."}},
         {doc, add("/r/c", 0, "n", &broken), -1, nullptr,
          {"xmlp_setNodeValue: value is null but valueSize > 0."}},
+        {doc, add("/r/c", 0, "n", &text, {pair("a b", "")}), -1, nullptr,
+         {"xmlp_addNodeAttr: invalid attribute name a b."}},
         {doc, add("/r/c", 0, "a b"), -1, nullptr, {"xmlp_setNodeName: invalid name."}},
         {doc, remove("/r/c"), 0, "<r><a x=\"1\">1</a><b/></r>"},
         {doc, remove("/r/a"), 0, "<r><b/><c><d/></c></r>"},
