@@ -112,14 +112,14 @@ const Pattern broken[] = {
     {"a bad reference at the end", "<a>x</a>", "", "<r>", "<a>&x</a></r>"},
     {"a bad attribute at the end", "<a x=\"1\"/>", "", "<r>", "<a x/></r>"},
     {"a bad attribute at the bottom", "<a>", "</a>", "<r>", "<a x/></r>"},
-    {"a '>' at the end", "<a>x</a>", "", "<r>", "></r>"},
+    {"a bracket at the end", "<a>x</a>", "", "<r>", "></r>"},
     {"an item at the end", "<a/>", "", "<r>", "<item/></r>"},
     {"a second element at the end", "<a/>", "", "<r>", "</r><r/>"},
     {"a tag without end", " x#=\"1\"", "", "<a", ""},
     {"a value without end", "x", "", "<a x=\"", ""},
     {"a declaration without end", "x", "", "<?", ""},
-    {"only '<'", "<"},
-    {"only '>'", ">"},
+    {"only opening brackets", "<"},
+    {"only closing brackets", ">"},
     {"only end tags", "</a>"},
 };
 

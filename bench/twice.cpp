@@ -1,10 +1,13 @@
 // velda-bench-twice: what twice the text costs, and what the most expensive texts cost.
 //
 //   velda-bench-twice [--quick] <sample.xml>
+//   velda-bench-twice --instructions                          counts instead of times
+//   velda-bench-twice --repeat <row> <kind> <size> <times>    one piece of work, for the counter
 //
 // Every text is measured beside one of half its size. Of all rounds the quickest counts: what
 // disturbs the machine only adds.
 #include "bench/check.h"
+#include "bench/instructions.h"
 #include "bench/shapes.h"
 #include "bench/table.h"
 
@@ -266,9 +269,61 @@ void printLoads(const char *samplePath, int rounds) {
     table.print();
 }
 
+// ---- Instructions -----------------------------------------------------------------------------
+
+Work workOf(const std::string &row, const std::string &kind, size_t size) {
+    for (const Shape &shape : allShapes()) {
+        if (shape.name == row) {
+            return parsing(shape.make(size), kind == "static" ? 1 : 0);
+        }
+    }
+    for (const Edit &edit : edits) {
+        if (edit.name == row) {
+            return editing(edit, size);
+        }
+    }
+    refuse(row, "no such row");
+}
+
+// What one more execution adds, its preparation included.
+double instructionsEach(const std::string &row, const std::string &kind, size_t size) {
+    static const std::string self = std::filesystem::read_symlink("/proc/self/exe");
+    const auto count = [&](int times) {
+        return instructionsOf(
+            {self, "--repeat", row, kind, std::to_string(size), std::to_string(times)});
+    };
+    return count(2) - count(1);
+}
+
+void printInstructions() {
+    Table table("Twice the text: its instructions by those of half of it");
+    const auto add = [&table](const std::string &row, const std::string &kind) {
+        const double half = instructionsEach(row, kind, imageTextSize / 2);
+        table.set(row, kind + ", 204,799 B",
+                  fixed(instructionsEach(row, kind, imageTextSize) / half, 2));
+    };
+    for (const Shape &shape : allShapes()) {
+        add(shape.name, "static");
+        add(shape.name, "dynamic");
+    }
+    for (const Edit &edit : edits) {
+        add(edit.name, "dynamic");
+    }
+    table.print();
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
+    if (argc == 2 && std::string(argv[1]) == "--instructions") {
+        printInstructions();
+        return 0;
+    }
+    if (argc == 6 && std::string(argv[1]) == "--repeat") {
+        std::vector<Work> works = {workOf(argv[2], argv[3], std::strtoul(argv[4], nullptr, 10))};
+        measure(works, std::atoi(argv[5]));
+        return 0;
+    }
     const bool quick = argc == 3 && std::string(argv[1]) == "--quick";
     if (argc != 2 && !quick) {
         refuse("arguments", "the full sample is needed");

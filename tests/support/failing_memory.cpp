@@ -24,8 +24,9 @@ bool isInside = true; // the set's own nodes are let through, and all before the
 bool hasFailed = false;
 size_t untilFailure = 0;
 
+// Never destroyed: blocks are freed to the very end.
 std::unordered_set<void *> &blocks() {
-    static std::unordered_set<void *> obtained;
+    static auto &obtained = *new std::unordered_set<void *>;
     return obtained;
 }
 
