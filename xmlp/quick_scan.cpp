@@ -61,9 +61,10 @@ public:
     }
 
 private:
-    // Room for as many records as there will be if a text of this size goes on like its first stretch.
+    // Room for as many records as there will be if a text of this size goes on as it began: with its
+    // first stretch, and the rest of a tag that began there, which may be most of the text.
     bool reserveForWhole(size_t size) {
-        const size_t more = size / stretchSize;
+        const size_t more = size / std::max(stretchSize, static_cast<size_t>(tagEnd_ - body_));
         return scanned_.elements.makeRoom(more * scanned_.elements.size()) &&
                scanned_.attributes.makeRoom(more * scanned_.attributes.size());
     }
