@@ -61,12 +61,13 @@ public:
     }
 
 private:
-    // Room for as many records as there will be if a text of this size goes on like its first stretch,
-    // but not for more than one would expect: the stretch may be the densest of all.
+    // Room for as many records as there will be if a text of this size goes on as it began: with its
+    // first stretch, and the rest of a tag that began there, which may be most of the text. But not for
+    // more than one would expect, as that may be its densest part.
     bool reserveForWhole(size_t size) {
         constexpr size_t textBytesPerRecord = 16;
         const size_t most = size / textBytesPerRecord;
-        const size_t more = size / stretchSize;
+        const size_t more = size / std::max(stretchSize, static_cast<size_t>(tagEnd_ - body_));
         return scanned_.elements.makeRoom(std::min(more * scanned_.elements.size(), most)) &&
                scanned_.attributes.makeRoom(std::min(more * scanned_.attributes.size(), most));
     }
