@@ -20,9 +20,6 @@ struct FreeStatic {
 
 using StaticTree = std::unique_ptr<XMLP_NODE, FreeStatic>;
 
-const velda::xmlp::IndexMarkup indexers[] = {velda::xmlp::markupIndexer(),
-                                             velda::xmlp::indexMarkupPortably};
-
 std::string bodyOf(Input input) {
     std::string body(input.take(1));
     if (body == "\x01") {
@@ -38,7 +35,7 @@ void checkBody(std::string_view body) {
     }
     FUZZ_REQUIRE(plain != nullptr || hasPrinted("[ERROR]"));
     forgetPrinted();
-    for (const auto indexer : indexers) {
+    for (const auto indexer : velda::xmlp::markupIndexers()) {
         XMLP_NODE *root = nullptr;
         const QuickTree result = velda::xmlp::buildStaticTreeQuickly(body, indexer, root);
         const StaticTree quick(root);

@@ -6,6 +6,7 @@
 #include <atomic>
 #include <bit>
 #include <cstring>
+#include <span>
 
 #if defined(__x86_64__)
 #include <cpuid.h>
@@ -142,6 +143,11 @@ Markup markupByWords(const char *block) {
     return {less, greater, countBits(less), countBits(greater), (all & everyByte << 7) != 0};
 }
 
+size_t indexMarkupPortably(const char *text, size_t size, uint16_t *offsets,
+                           MarkupSummary &summary) {
+    return indexBlocks<markupByWords>(text, size, offsets, summary);
+}
+
 #if defined(__x86_64__)
 
 inline Markup markupBySse2(const char *block) {
@@ -206,8 +212,10 @@ bool hasAvx2() {
            (b & inLeaf7) == inLeaf7;
 }
 
-IndexMarkup bestIndexer() {
-    return hasAvx2() ? indexMarkupByAvx2 : indexMarkupBySse2;
+constexpr IndexMarkup indexers[] = {indexMarkupByAvx2, indexMarkupBySse2, indexMarkupPortably};
+
+size_t quickestIndexer() {
+    return hasAvx2() ? 0 : 1;
 }
 
 #elif defined(__ARM_NEON) && !defined(__ARM_BIG_ENDIAN)
@@ -254,30 +262,33 @@ size_t indexMarkupByNeon(const char *text, size_t size, uint16_t *offsets, Marku
     return indexBlocks<markupByNeon>(text, size, offsets, summary);
 }
 
-IndexMarkup bestIndexer() {
-    return indexMarkupByNeon;
+constexpr IndexMarkup indexers[] = {indexMarkupByNeon, indexMarkupPortably};
+
+size_t quickestIndexer() {
+    return 0;
 }
 
 #else
 
-IndexMarkup bestIndexer() {
-    return indexMarkupPortably;
+constexpr IndexMarkup indexers[] = {indexMarkupPortably};
+
+size_t quickestIndexer() {
+    return 0;
 }
 
 #endif
 
 } // namespace
 
-size_t indexMarkupPortably(const char *text, size_t size, uint16_t *offsets,
-                           MarkupSummary &summary) {
-    return indexBlocks<markupByWords>(text, size, offsets, summary);
+std::span<const IndexMarkup> markupIndexers() {
+    return std::span(indexers).subspan(quickestIndexer());
 }
 
 IndexMarkup markupIndexer() {
     static std::atomic<IndexMarkup> chosen = nullptr;
     IndexMarkup indexer = chosen.load(std::memory_order_relaxed);
     if (indexer == nullptr) {
-        indexer = bestIndexer();
+        indexer = markupIndexers().front();
         chosen.store(indexer, std::memory_order_relaxed);
     }
     return indexer;

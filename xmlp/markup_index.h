@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 namespace velda::xmlp {
 
@@ -23,11 +24,10 @@ constexpr size_t indexSlack = 8;
 using IndexMarkup = size_t (*)(const char *text, size_t size, uint16_t *offsets,
                                MarkupSummary &summary);
 
-// The quickest one that this processor has.
-IndexMarkup markupIndexer();
+// Those that this processor has, the quickest first; the last is the one that every processor has.
+std::span<const IndexMarkup> markupIndexers();
 
-// The one that every processor has.
-size_t indexMarkupPortably(const char *text, size_t size, uint16_t *offsets,
-                           MarkupSummary &summary);
+// The quickest one.
+IndexMarkup markupIndexer();
 
 } // namespace velda::xmlp
