@@ -253,6 +253,21 @@ typedef struct {
     int (*handler)(XMLP_NODE *node, void *param);
 } APPMNGR_HANDLER_INFO;
 
+/* What a load does with an element that it comes to. */
+typedef enum {
+    APPMNGR_VISIT_TAKEN,     /* it goes to its handler, which may still refuse its text */
+    APPMNGR_VISIT_EMPTY,     /* skipped: neither text nor children */
+    APPMNGR_VISIT_UNKNOWN,   /* skipped with all that is in it: no name of the database's */
+    APPMNGR_VISIT_MISPLACED, /* skipped with all that is in it: not where it belongs */
+} APPMNGR_VISIT;
+
+/* Is told of an element before anything is done with it; it must not change the tree. Reports that
+ * come before the next visit are about this element. */
+typedef void (*APPMNGR_VISITOR)(const XMLP_NODE *node, APPMNGR_VISIT visit, void *context);
+
+/* Sets the visitor of all loads from now on; null for none. */
+void appmngr_setVisitor(APPMNGR_VISITOR visitor, void *context);
+
 /* Set and read the table that the walk uses; null between loads. */
 int appmngr_setHandlerInfo(const APPMNGR_HANDLER_INFO *table);
 APPMNGR_HANDLER_INFO *appmngr_getHandlerInfo(void);
