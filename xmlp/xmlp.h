@@ -11,9 +11,9 @@
  * A document is used by one thread at a time; different documents are independent.
  *
  * Results. Unless told otherwise a call that returns int gives 0 when it is done and -1 when it
- * refuses; a call that returns a pointer gives null. Every refusal reports one line, on standard
- * output if not told otherwise, "[ERROR][function():line]: message"; the messages are quoted below. A call that refuses
- * leaves the tree as it was. "malloc failed." stands for memory that could not be obtained.
+ * refuses; a call that returns a pointer gives null. Every refusal reports one line,
+ * "[ERROR][function():line]: message"; the messages are quoted below. A call that refuses leaves the
+ * tree as it was. "malloc failed." stands for memory that could not be obtained.
  */
 #ifndef VELDA_XMLP_XMLP_H
 #define VELDA_XMLP_XMLP_H
