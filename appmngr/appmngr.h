@@ -161,6 +161,18 @@ int appmngr_load_database(void);
  */
 int appmngr_dbReInit(void);
 
+/* ---- Reading the model ----------------------------------------------------------------------- */
+
+/* What the last load has filled, good until the next load or reset. Without a database the counts
+ * are 0. During a load, as a visitor sees it, the counts in the records are still those of the
+ * counting pass: how many there is room for. */
+const APPMNGR_APPDB *appmngr_getAppDb(void);
+const APPMNGR_APPDNS *appmngr_getAppDns(void);
+
+/* The applications in the order of the document, their number in *count, which must not be null.
+ * Null when there are none. */
+const APPMNGR_APP *appmngr_getApps(uint32_t *count);
+
 /* ---- Writing --------------------------------------------------------------------------------- */
 
 /* Replaces the file at `path` by the list of applications: the version of the database, then a line
@@ -222,6 +234,19 @@ int32_t appmngr_decrypt(void *dst, uint32_t *dstLen, const void *src, uint32_t s
  *          must not be null, gets the five characters "1.2.x" without a terminator
  *   -8991  APPMNGR_ERR_SIZE_LARGE: "the app db file is too long:%u" */
 int32_t appmngr_db_writeAppDbFromDatabase(APPMNGR_CONTAINER container, char *versionOut);
+
+/* Bytes of the header that appmngr_decrypt hands out before the data. */
+enum { APPMNGR_CONTAINER_HEADER_SIZE = 16 };
+
+/* Makes the container of a database image: what appmngr_db_writeAppDbFromDatabase takes, of version
+ * 1.2.0. What stands behind the image's block is left out. `dst`, whose capacity is *dstLen, needs 64
+ * bytes more than the image. Nothing is reported.
+ *   0      APPMNGR_SUCCESS, with the length of the container in *dstLen
+ *   -8999  APPMNGR_ERR_INVALID_ARG: an argument is null
+ *   -8981  APPMNGR_ERR_FILE_INVALID_FORMAT: the image is shorter than its length field tells
+ *   -8991  APPMNGR_ERR_SIZE_LARGE: the block is larger than an image holds
+ *   -8992  APPMNGR_ERR_SIZE_SMALL: the capacity is too small */
+int32_t appmngr_db_sealAppDb(void *dst, uint32_t *dstLen, const void *image, uint32_t imageLen);
 
 /* 1 when a version text begins as the module's own does, to the dot behind its minor number; else
  * 0, also when either is null, and else again with "1.2.x", five characters, in `versionOut`. */
