@@ -7,7 +7,6 @@
 #include "tools/table.h"
 #include "tools/text.h"
 
-#include <compare>
 #include <map>
 #include <tuple>
 
@@ -25,7 +24,8 @@ struct Key {
     std::string contents; // of a rule or keyword
     uint32_t number = 0;  // among those that are equal in all that
 
-    auto operator<=>(const Key &) const = default;
+    auto parts() const { return std::tie(kind, id, contents, number); }
+    bool operator<(const Key &other) const { return parts() < other.parts(); }
 };
 
 // What may be different in them.
