@@ -7,6 +7,7 @@
 #include "tools/table.h"
 #include "tools/text.h"
 
+#include <iterator>
 #include <map>
 #include <tuple>
 
@@ -32,9 +33,16 @@ struct Key {
 using Records = std::map<Key, std::string>;
 
 void add(Records &records, Key key, const std::string &text) {
-    while (!records.emplace(key, text).second) {
-        ++key.number;
+    key.number = UINT32_MAX;
+    const auto behind = records.lower_bound(key);
+    key.number = 0;
+    if (behind != records.begin()) {
+        const Key &last = std::prev(behind)->first;
+        const bool isEqual =
+            std::tie(last.kind, last.id, last.contents) == std::tie(key.kind, key.id, key.contents);
+        key.number = isEqual ? last.number + 1 : 0;
     }
+    records.emplace_hint(behind, std::move(key), text);
 }
 
 std::string membersOf(const APPMNGR_APPTYPE &type) {

@@ -1,8 +1,10 @@
 #include "tools/element_path.h"
 
+#include "common/common.h"
 #include "tools/text.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace {
 
@@ -22,9 +24,9 @@ bool isList(const XMLP_NODE *node) {
 
 } // namespace
 
-bool isNamed(const XMLP_NODE *node, std::string_view name) {
+bool isNamed(const XMLP_NODE *node, const char *name) {
     return node != nullptr && node->name != nullptr &&
-           smallLetters(node->name) == smallLetters(name);
+           appmngr_string_caseCmp(node->name, name) == 0;
 }
 
 void ElementPath::enter(const XMLP_NODE *node) {

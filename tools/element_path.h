@@ -6,11 +6,10 @@
 #include <cstdint>
 #include <map>
 #include <string>
-#include <string_view>
 #include <vector>
 
 // Equal but for the case of ASCII letters, as names of the database are.
-bool isNamed(const XMLP_NODE *node, std::string_view name);
+bool isNamed(const XMLP_NODE *node, const char *name);
 
 // Follows the visits of elements, which come in the order of the document.
 class ElementPath {

@@ -15,31 +15,31 @@ constexpr size_t tupleRoom = 64;
 enum class Holds { elements, integer, text, tuple };
 
 struct Leaf {
-    std::string_view name;
-    Holds holds;
+    const char *name;
     size_t room; // one byte of it is for a terminator
+    Holds holds;
     bool isRepeated;
 };
 
 constexpr Leaf leaves[] = {
-    {"ver", Holds::text, APPMNGR_VERSION_SIZE, false},
-    {"proModel", Holds::text, APPMNGR_MODEL_SIZE, false},
-    {"expired", Holds::text, APPMNGR_EXPIRED_SIZE, false},
-    {"name", Holds::text, APPMNGR_NAME_SIZE, false},
-    {"dpiType", Holds::text, APPMNGR_DPI_TYPE_SIZE, false},
-    {"dpiCode", Holds::text, APPMNGR_DPI_CODE_SIZE, false},
-    {"dnsKw", Holds::text, APPMNGR_DNS_KEYWORD_SIZE, true},
-    {"tuple", Holds::tuple, tupleRoom, true},
-    {"id", Holds::integer, 0, false},
-    {"visible", Holds::integer, 0, false},
-    {"typeId", Holds::integer, 0, true},
-    {"enable", Holds::integer, 0, false},
-    {"start", Holds::integer, 0, false},
-    {"end", Holds::integer, 0, false},
-    {"minlength", Holds::integer, 0, false},
+    {"ver", APPMNGR_VERSION_SIZE, Holds::text, false},
+    {"proModel", APPMNGR_MODEL_SIZE, Holds::text, false},
+    {"expired", APPMNGR_EXPIRED_SIZE, Holds::text, false},
+    {"name", APPMNGR_NAME_SIZE, Holds::text, false},
+    {"dpiType", APPMNGR_DPI_TYPE_SIZE, Holds::text, false},
+    {"dpiCode", APPMNGR_DPI_CODE_SIZE, Holds::text, false},
+    {"dnsKw", APPMNGR_DNS_KEYWORD_SIZE, Holds::text, true},
+    {"tuple", tupleRoom, Holds::tuple, true},
+    {"id", 0, Holds::integer, false},
+    {"visible", 0, Holds::integer, false},
+    {"typeId", 0, Holds::integer, true},
+    {"enable", 0, Holds::integer, false},
+    {"start", 0, Holds::integer, false},
+    {"end", 0, Holds::integer, false},
+    {"minlength", 0, Holds::integer, false},
 };
 
-constexpr Leaf container = {"", Holds::elements, 0, true};
+constexpr Leaf container = {"", 0, Holds::elements, true};
 
 const Leaf &kindOf(const XMLP_NODE *node) {
     const auto *found = std::find_if(std::begin(leaves), std::end(leaves),
@@ -71,7 +71,7 @@ std::optional<int64_t> numberIn(std::string_view text) {
     return isNumber ? std::optional(number) : std::nullopt;
 }
 
-size_t countNamed(const XMLP_NODE *parent, std::string_view name) {
+size_t countNamed(const XMLP_NODE *parent, const char *name) {
     size_t count = 0;
     for (const XMLP_NODE *child = parent->firstChild; child != nullptr; child = child->next) {
         if (child->type != XMLP_TYPE_NONE && isNamed(child, name)) {
@@ -100,12 +100,12 @@ void examineText(const XMLP_NODE *node, const Leaf &leaf, const ElementRules::Te
     if (!isUtf8(text)) {
         tell("not UTF-8");
     }
-    const bool isInList =
-        isNamed(node, "ver") || (leaf.name == "name" && isNamed(node->parent, "app"));
-    if (isInList && text.find_first_of("\r\n") != std::string_view::npos) {
+    const bool isAppName = isNamed(node, "name") && isNamed(node->parent, "app");
+    if ((isAppName || isNamed(node, "ver")) &&
+        text.find_first_of("\r\n") != std::string_view::npos) {
         tell("a line break, which the list can't carry");
     }
-    if (isInList && leaf.name == "name" && text.find(':') != std::string_view::npos) {
+    if (isAppName && text.find(':') != std::string_view::npos) {
         tell("a colon, which the list can't carry");
     }
 }
@@ -195,7 +195,7 @@ void ElementRules::examineId(const XMLP_NODE *node, int64_t id, const ElementPat
         tell("identifier " + std::to_string(id) + " is outside 0 to " +
              std::to_string(APPMNGR_APP_BITMAP_BITS - 1));
     }
-    if (isApp && comesBehindLists(node)) {
+    if (isApp && path.index() == 1 && comesBehindLists(node)) {
         tell("comes behind lists, which are then filed under another identifier");
     }
     const std::string whole = path.text();
