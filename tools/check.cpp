@@ -31,13 +31,24 @@ constexpr Reason reasons[] = {
     {1362, "left out: the destination address is neither IPv4 nor 0"},
 };
 
-std::string reasonOf(std::string_view report) {
+// 0 for a report without number; one with a number follows.
+int numberOf(std::string_view report) {
     const size_t begin = report.find(") ");
-    if (!report.starts_with("[Error](") || begin == std::string_view::npos) {
-        return ""; // one more with a number follows
-    }
     int number = 0;
-    std::from_chars(report.data() + begin + 2, report.data() + report.size(), number);
+    if (report.starts_with("[Error](") && begin != std::string_view::npos) {
+        std::from_chars(report.data() + begin + 2, report.data() + report.size(), number);
+    }
+    return number;
+}
+
+bool isTupleRefused(int number) {
+    return number >= 1247 && number <= 1362;
+}
+
+std::string reasonOf(std::string_view report, int number) {
+    if (number == 0) {
+        return "";
+    }
     const auto *found = std::find_if(std::begin(reasons), std::end(reasons),
                                      [number](const Reason &row) { return row.number == number; });
     return std::string(found != std::end(reasons)
@@ -56,8 +67,17 @@ private:
     void visited(const XMLP_NODE *node, APPMNGR_VISIT visit);
     void reported(const char *text);
     void tell(std::string_view message);
+    void followRule(const XMLP_NODE *node, bool isTaken);
+    void endRule();
+
+    struct Rule {
+        std::string path;
+        size_t depth;
+        int tuples; // that were taken
+    };
 
     ElementPath path_;
+    std::optional<Rule> rule_;
     ElementRules rules_;
     bool isWalking_ = false;
     std::string early_; // reports that are about no element
@@ -71,6 +91,7 @@ void Checker::tell(std::string_view message) {
 void Checker::visited(const XMLP_NODE *node, APPMNGR_VISIT visit) {
     isWalking_ = true;
     path_.enter(node);
+    followRule(node, visit == APPMNGR_VISIT_TAKEN);
     switch (visit) {
     case APPMNGR_VISIT_TAKEN:
         rules_.examine(node, path_, [this](const std::string &message) { tell(message); });
@@ -87,12 +108,36 @@ void Checker::visited(const XMLP_NODE *node, APPMNGR_VISIT visit) {
     }
 }
 
+void Checker::followRule(const XMLP_NODE *node, bool isTaken) {
+    if (rule_ && path_.depth() <= rule_->depth) {
+        endRule();
+    }
+    if (isTaken && isNamed(node, "rule")) {
+        rule_ = {path_.text(), path_.depth(), 0};
+    } else if (isTaken && rule_ && isNamed(node, "tuple")) {
+        ++rule_->tuples;
+    }
+}
+
+void Checker::endRule() {
+    if (rule_ && rule_->tuples == 0) {
+        findings_.rows.push_back(
+            {textCell(rule_->path),
+             textCell("no tuple is taken: no record, and its features pass on to the next rule")});
+    }
+    rule_.reset();
+}
+
 void Checker::reported(const char *text) {
     if (!isWalking_) {
         early_ += text;
         return;
     }
-    const std::string reason = reasonOf(text);
+    const int number = numberOf(text);
+    if (rule_ && isTupleRefused(number)) {
+        --rule_->tuples;
+    }
+    const std::string reason = reasonOf(text, number);
     if (!reason.empty()) {
         tell(reason);
     }
@@ -109,6 +154,7 @@ bool Checker::load(const std::string &path) {
                        this);
     const bool isLoaded = appmngr_checkDbPath(path.c_str()) == 0 && appmngr_load_database() == 0;
     appmngr_setVisitor(nullptr, nullptr);
+    endRule();
     sendReportsToStandardError();
     if (!isLoaded) {
         std::fputs(early_.c_str(), stderr);
