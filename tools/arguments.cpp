@@ -1,6 +1,6 @@
 #include "tools/arguments.h"
 
-#include <string>
+#include "tools/text.h"
 
 namespace {
 
@@ -16,8 +16,7 @@ constexpr Flag flags[] = {
 };
 
 bool takes(std::string_view options, std::string_view word) {
-    const std::string all = " --help " + std::string(options) + " ";
-    return all.find(" " + std::string(word) + " ") != std::string::npos;
+    return joined({" --help ", options, " "}).find(joined({" ", word, " "})) != std::string::npos;
 }
 
 bool setFlag(std::string_view word, Arguments &arguments) {

@@ -57,7 +57,8 @@ std::string membersOf(const APPMNGR_APPTYPE &type) {
 
 std::string ruleText(const APPMNGR_RULE &rule) {
     std::string text = appmngr_utils_proto2str(rule.proto);
-    text += " " + endpointText(rule.sip, rule.sport) + " " + endpointText(rule.dip, rule.dport);
+    text +=
+        joined({" ", endpointText(rule.sip, rule.sport), " ", endpointText(rule.dip, rule.dport)});
     const std::string orig = featureText(rule.orig);
     const std::string reply = featureText(rule.reply);
     text += orig.empty() ? "" : " orig " + orig;

@@ -38,9 +38,9 @@ void ElementPath::enter(const XMLP_NODE *node) {
         levels_.emplace_back().node = parent;
     }
     const uint32_t index = ++levels_.back().seen[smallLetters(node->name)];
-    std::string step = "/" + shown(node->name);
+    std::string step = joined({"/", shown(node->name)});
     if (index > 1 || isList(parent)) {
-        step += "[" + std::to_string(index) + "]";
+        step += joined({"[", std::to_string(index), "]"});
     }
     levels_.push_back({node, std::move(step), index, {}});
 }

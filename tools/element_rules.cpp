@@ -181,7 +181,7 @@ void ElementRules::examineInteger(const XMLP_NODE *node, const ElementPath &path
     const std::string_view text = textOf(node);
     const auto number = numberIn(text);
     if (!number || *number < INT32_MIN || *number > INT32_MAX) {
-        tell("\"" + shown(text) + "\" is no number of 32 bits");
+        tell(joined({"\"", shown(text), "\" is no number of 32 bits"}));
     } else if (isNamed(node, "id")) {
         examineId(node, *number, path, tell);
     }

@@ -7,7 +7,7 @@
 
 namespace {
 
-std::string joined(const std::vector<std::string> &parts, std::string_view separator) {
+std::string listed(const std::vector<std::string> &parts, std::string_view separator) {
     std::string text;
     for (const std::string &part : parts) {
         text.append(text.empty() ? "" : separator).append(part);
@@ -47,13 +47,13 @@ std::string jsonObject(const JsonMembers &members) {
     for (const auto &[name, value] : members) {
         parts.push_back(jsonText(name) + ": " + value);
     }
-    return "{" + joined(parts, ", ") + "}";
+    return joined({"{", listed(parts, ", "), "}"});
 }
 
 std::string jsonArray(const std::vector<std::string> &elements) {
-    return "[" + joined(elements, ", ") + "]";
+    return joined({"[", listed(elements, ", "), "]"});
 }
 
 std::string jsonLines(const std::vector<std::string> &elements) {
-    return elements.empty() ? "[]" : "[\n  " + joined(elements, ",\n  ") + "\n]";
+    return elements.empty() ? "[]" : joined({"[\n  ", listed(elements, ",\n  "), "\n]"});
 }

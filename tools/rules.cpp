@@ -5,6 +5,7 @@
 #include "tools/database.h"
 #include "tools/subcommands.h"
 #include "tools/table.h"
+#include "tools/text.h"
 
 #include <arpa/inet.h>
 #include <array>
@@ -40,8 +41,8 @@ std::string featureText(const APPMNGR_FEATURE &feature) {
                        : hasBounds || hasCode ? "off"
                                               : "";
     if (hasBounds) {
-        text += " " + std::to_string(feature.start) + "-" + std::to_string(feature.end) + " min " +
-                std::to_string(feature.minlength);
+        text += joined({" ", std::to_string(feature.start), "-", std::to_string(feature.end),
+                        " min ", std::to_string(feature.minlength)});
     }
     if (hasCode) {
         text.append(" ").append(feature.dpiType).append(": ").append(feature.dpiCode);

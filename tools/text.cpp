@@ -34,6 +34,14 @@ std::string escaped(char32_t code) {
 
 } // namespace
 
+std::string joined(std::initializer_list<std::string_view> parts) {
+    std::string text;
+    for (const std::string_view part : parts) {
+        text += part;
+    }
+    return text;
+}
+
 Character firstCharacter(std::string_view text) {
     const auto lead = static_cast<unsigned char>(text[0]);
     const Character invalid = {lead, 1, false};
