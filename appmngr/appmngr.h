@@ -161,6 +161,18 @@ int appmngr_load_database(void);
  */
 int appmngr_dbReInit(void);
 
+/* ---- Reading the model ----------------------------------------------------------------------- */
+
+/* What the last load has filled, good until the next load or reset. Without a database the counts
+ * are 0. During a load, as a visitor sees it, the counts in the records are still those of the
+ * counting pass: how many there is room for. */
+const APPMNGR_APPDB *appmngr_getAppDb(void);
+const APPMNGR_APPDNS *appmngr_getAppDns(void);
+
+/* The applications in the order of the document, their number in *count, which must not be null.
+ * Null when there are none. */
+const APPMNGR_APP *appmngr_getApps(uint32_t *count);
+
 /* ---- Writing --------------------------------------------------------------------------------- */
 
 /* Replaces the file at `path` by the list of applications: the version of the database, then a line
@@ -223,6 +235,19 @@ int32_t appmngr_decrypt(void *dst, uint32_t *dstLen, const void *src, uint32_t s
  *   -8991  APPMNGR_ERR_SIZE_LARGE: "the app db file is too long:%u" */
 int32_t appmngr_db_writeAppDbFromDatabase(APPMNGR_CONTAINER container, char *versionOut);
 
+/* Bytes of the header that appmngr_decrypt hands out before the data. */
+enum { APPMNGR_CONTAINER_HEADER_SIZE = 16 };
+
+/* Makes the container of a database image: what appmngr_db_writeAppDbFromDatabase takes, of version
+ * 1.2.0. What stands behind the image's block is left out. `dst`, whose capacity is *dstLen, needs 64
+ * bytes more than the image. Nothing is reported.
+ *   0      APPMNGR_SUCCESS, with the length of the container in *dstLen
+ *   -8999  APPMNGR_ERR_INVALID_ARG: an argument is null
+ *   -8981  APPMNGR_ERR_FILE_INVALID_FORMAT: the image is shorter than its length field tells
+ *   -8991  APPMNGR_ERR_SIZE_LARGE: the block is larger than an image holds
+ *   -8992  APPMNGR_ERR_SIZE_SMALL: the capacity is too small */
+int32_t appmngr_db_sealAppDb(void *dst, uint32_t *dstLen, const void *image, uint32_t imageLen);
+
 /* 1 when a version text begins as the module's own does, to the dot behind its minor number; else
  * 0, also when either is null, and else again with "1.2.x", five characters, in `versionOut`. */
 int appmngr_db_checkVersion(const char *versionText, char *versionOut);
@@ -252,6 +277,21 @@ typedef struct {
     const char *name;
     int (*handler)(XMLP_NODE *node, void *param);
 } APPMNGR_HANDLER_INFO;
+
+/* What a load does with an element that it comes to. */
+typedef enum {
+    APPMNGR_VISIT_TAKEN,     /* it goes to its handler, which may still refuse its text */
+    APPMNGR_VISIT_EMPTY,     /* skipped: neither text nor children */
+    APPMNGR_VISIT_UNKNOWN,   /* skipped with all that is in it: no name of the database's */
+    APPMNGR_VISIT_MISPLACED, /* skipped with all that is in it: not where it belongs */
+} APPMNGR_VISIT;
+
+/* Is told of an element before anything is done with it; it must not change the tree. Reports that
+ * come before the next visit are about this element. */
+typedef void (*APPMNGR_VISITOR)(const XMLP_NODE *node, APPMNGR_VISIT visit, void *context);
+
+/* Sets the visitor of all loads from now on; null for none. */
+void appmngr_setVisitor(APPMNGR_VISITOR visitor, void *context);
 
 /* Set and read the table that the walk uses; null between loads. */
 int appmngr_setHandlerInfo(const APPMNGR_HANDLER_INFO *table);

@@ -17,7 +17,7 @@ constexpr uint8_t containerKey[QUELM_DES_KEY_SIZE] = {0x5C, 0x1E, 0x93, 0xA7,
 
 // The deciphered container: digest, header, data. The digest covers all that follows it.
 constexpr uint32_t digestSize = QUELM_MD5_SIZE;
-constexpr uint32_t headerSize = 16;
+constexpr uint32_t headerSize = APPMNGR_CONTAINER_HEADER_SIZE;
 
 // Offsets in the header.
 constexpr size_t versionOffset = 4; // of four bytes, the first one unused
@@ -27,6 +27,7 @@ constexpr size_t reservedOffset = 12;
 constexpr uint32_t magicCode = 0x04000001;
 
 constexpr char currentVersion[] = "1.2.0";
+constexpr uint8_t sealedVersion[] = {0, 1, 2, 0};
 constexpr size_t comparedVersionSize = 4; // any patch level will do
 
 uint32_t loadBigEndian(const uint8_t *bytes) {
@@ -144,5 +145,39 @@ int32_t appmngr_db_writeAppDbFromDatabase(APPMNGR_CONTAINER container, char *ver
         appmngr_report(__func__, 2828, "the app db file is too long:%u\n", imageSize);
         return APPMNGR_ERR_SIZE_LARGE;
     }
+    return APPMNGR_SUCCESS;
+}
+
+int32_t appmngr_db_sealAppDb(void *dst, uint32_t *dstLen, const void *image, uint32_t imageLen) {
+    if (dst == nullptr || dstLen == nullptr || image == nullptr) {
+        return APPMNGR_ERR_INVALID_ARG;
+    }
+    const auto *bytes = static_cast<const uint8_t *>(image);
+    if (imageLen < APPMNGR_IMAGE_LENGTH_SIZE) {
+        return APPMNGR_ERR_FILE_INVALID_FORMAT;
+    }
+    const uint32_t dataLength = loadBigEndian(bytes);
+    if (dataLength > APPMNGR_BLOCK_SIZE_MAX) {
+        return APPMNGR_ERR_SIZE_LARGE;
+    }
+    if (dataLength > imageLen - APPMNGR_IMAGE_LENGTH_SIZE) {
+        return APPMNGR_ERR_FILE_INVALID_FORMAT;
+    }
+    constexpr uint32_t block = QUELM_DES_BLOCK_SIZE;
+    const uint32_t plainSize = digestSize + headerSize + dataLength;
+    const uint32_t sealedSize = (plainSize + block - 1) / block * block;
+    if (*dstLen < sealedSize) {
+        return APPMNGR_ERR_SIZE_SMALL;
+    }
+    auto *plain = static_cast<uint8_t *>(dst);
+    std::memset(plain, 0, sealedSize);
+    uint8_t *header = plain + digestSize;
+    storeBigEndian(header, dataLength);
+    std::memcpy(header + versionOffset, sealedVersion, sizeof sealedVersion);
+    storeBigEndian(header + magicOffset, magicCode);
+    std::memcpy(header + headerSize, bytes + APPMNGR_IMAGE_LENGTH_SIZE, dataLength);
+    quelm_md5_sum(plain, header, static_cast<int32_t>(headerSize + dataLength));
+    quelm_des_inplace_do(plain, static_cast<int32_t>(sealedSize), containerKey, 1);
+    *dstLen = sealedSize;
     return APPMNGR_SUCCESS;
 }

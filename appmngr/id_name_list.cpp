@@ -28,7 +28,7 @@ int appmngr_saveIdAndName(const char *path) {
     std::remove(path);
     FILE *file = std::fopen(path, "a");
     if (file == nullptr) {
-        std::printf("open %s error!\n", path);
+        appmngr_notice("open %s error!\n", path);
         return -1;
     }
     std::fprintf(file, "%s\n", g_appmngr_appDb.ver);
@@ -37,7 +37,7 @@ int appmngr_saveIdAndName(const char *path) {
         std::fflush(file);
     }
     if (std::fclose(file) != 0) {
-        std::printf("close %s error!\n", path);
+        appmngr_notice("close %s error!\n", path);
         return -1;
     }
     return 0;

@@ -111,7 +111,7 @@ int readAppDb() {
     constexpr const char *function = "_appmngr_readAppDb";
     if (_appmngr_readDbFile(static_cast<long>(g_appmngr_dbLayout.appDbOffset), APPMNGR_IMAGE_SIZE,
                             g_appmngr_flashBuf) == -1) {
-        std::perror("read db flash fail\n");
+        appmngr_systemError("read db flash fail\n");
         return -1;
     }
     const uint32_t blockLength = bigEndian(g_appmngr_flashBuf);

@@ -44,7 +44,7 @@ void writeRule(FILE *file, const APPMNGR_RULE &rule) {
 int appmngr_createJsonDb(void) {
     FILE *file = std::fopen("database.json", "w");
     if (file == nullptr) {
-        std::perror("open database.json failed!\n");
+        appmngr_systemError("open database.json failed!\n");
         std::exit(-1);
     }
     std::fputs("{\n\"dpi_rules\":[\n", file);

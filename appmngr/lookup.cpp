@@ -1,4 +1,4 @@
-// Finding records by identifier.
+// Handing out the model, and finding records in it by identifier.
 
 #include "appmngr/applications.h"
 
@@ -21,4 +21,18 @@ APPMNGR_APPTYPE *_appmngr_getAppTypeBydId(int32_t id) {
 
 APPMNGR_APP *_appmngr_getAppById(int32_t id) {
     return findById(velda::appmngr::countedApplications(), id);
+}
+
+const APPMNGR_APPDB *appmngr_getAppDb(void) {
+    return &g_appmngr_appDb;
+}
+
+const APPMNGR_APPDNS *appmngr_getAppDns(void) {
+    return &g_appmngr_appDns;
+}
+
+const APPMNGR_APP *appmngr_getApps(uint32_t *count) {
+    const auto apps = velda::appmngr::filledApplications();
+    *count = static_cast<uint32_t>(apps.size());
+    return apps.data();
 }

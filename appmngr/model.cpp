@@ -44,7 +44,7 @@ bool obtainAppDb(const APPMNGR_COUNTER &counted) {
         return false;
     }
     if (counted.dnsKwCnt != 0 && !obtain(g_appmngr_appDns.rule, counted.dnsKwCnt)) {
-        std::puts("Allocate for g_appmngr_appDns.rule FAILED");
+        appmngr_notice("Allocate for g_appmngr_appDns.rule FAILED\n");
         return false;
     }
     return true;
@@ -73,9 +73,9 @@ void _appmngr_free_for_appdb(void) {
     release(g_appmngr_app);
     if (g_appmngr_appDns.rule != nullptr) {
         release(g_appmngr_appDns.rule);
-        std::puts("**********************************");
-        std::puts("Free g_appmngr_appDns.rule");
-        std::puts("**********************************");
+        appmngr_notice("**********************************\n"
+                       "Free g_appmngr_appDns.rule\n"
+                       "**********************************\n");
     }
     g_appmngr_appDb = {};
     g_appmngr_appDns = {};

@@ -16,6 +16,9 @@ namespace {
 constexpr int walkDepthMax = 64;
 constinit int walkDepth = 0;
 
+constinit APPMNGR_VISITOR chosenVisitor = nullptr;
+constinit void *chosenContext = nullptr;
+
 // ---- Where elements of the database belong ------------------------------------------------------
 
 bool isA(const XMLP_NODE *node, Element element) {
@@ -100,10 +103,21 @@ bool belongs(uint32_t row, const XMLP_NODE *node) {
 
 // ---- Handing out elements -----------------------------------------------------------------------
 
+void tellVisitor(const XMLP_NODE *node, APPMNGR_VISIT visit) {
+    if (chosenVisitor != nullptr) {
+        chosenVisitor(node, visit, chosenContext);
+    }
+}
+
 inline void visitElement(XMLP_NODE *node, void *param) {
-    const auto row = static_cast<uint32_t>(elementOf(node));
+    const Element element = elementOf(node);
+    const auto row = static_cast<uint32_t>(element);
     if (belongs(row, node)) {
+        tellVisitor(node, APPMNGR_VISIT_TAKEN);
         g_appmngr_nodeHandlers[row].handler(node, param);
+    } else {
+        tellVisitor(node,
+                    element == Element::unknown ? APPMNGR_VISIT_UNKNOWN : APPMNGR_VISIT_MISPLACED);
     }
 }
 
@@ -117,6 +131,7 @@ void visitByTable(const APPMNGR_HANDLER_INFO *table, XMLP_NODE *node, void *para
 
 inline int visit(XMLP_NODE *node, void *param) {
     if (node->type == XMLP_TYPE_NONE) {
+        tellVisitor(node, APPMNGR_VISIT_EMPTY);
         return 0;
     }
     const APPMNGR_HANDLER_INFO *table = g_appmngr_handlerInfo;
@@ -136,6 +151,11 @@ inline int visit(XMLP_NODE *node, void *param) {
 
 int _appmngr_belongs(uint32_t row, const XMLP_NODE *node) {
     return belongs(row, node) ? 1 : 0;
+}
+
+void appmngr_setVisitor(APPMNGR_VISITOR visitor, void *context) {
+    chosenVisitor = visitor;
+    chosenContext = context;
 }
 
 int appmngr_setHandlerInfo(const APPMNGR_HANDLER_INFO *table) {

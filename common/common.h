@@ -50,10 +50,28 @@ enum { APPMNGR_RESULT_CODES(APPMNGR_RESULT_CODE_ENUMERATOR) };
  * number that is none. A constant text, never to be freed. */
 const char *appmngr_errStr(int16_t code);
 
-/* Prints one failure line of the database module, "[Error](function) number: " followed by the
+/* ---- Reports --------------------------------------------------------------------------------- */
+
+/* Takes a report of these utilities or of the database module: its text as it would have been
+ * printed, line ends included, and the context given with the function. Texts of 1024 bytes and more
+ * arrive cut. */
+typedef void (*APPMNGR_REPORT)(const char *text, void *context);
+
+/* Sends all reports to a function from now on, or, with null, as at the start, to standard output and
+ * those that tell the system's reason to standard error. What a call is asked to print, such as a
+ * dump, is no report and stays on standard output. */
+void appmngr_setReport(APPMNGR_REPORT report, void *context);
+
+/* Reports one failure of the database module, "[Error](function) number: " followed by the
  * formatted message. The message brings its own line end. `number` identifies the report site. */
 void appmngr_report(const char *function, int number, const char *format, ...)
     __attribute__((format(printf, 3, 4)));
+
+/* Reports a formatted text as it is. */
+void appmngr_notice(const char *format, ...) __attribute__((format(printf, 1, 2)));
+
+/* Reports a text with the reason that errno tells, as perror prints them. */
+void appmngr_systemError(const char *text);
 
 /* ---- Texts ----------------------------------------------------------------------------------- */
 

@@ -1,7 +1,5 @@
 #include "common/common.h"
 
-#include <cstdio>
-
 namespace {
 
 struct Protocol {
@@ -19,7 +17,7 @@ int appmngr_utils_str2proto(const char *name) {
             return protocol.number;
         }
     }
-    std::puts("Unknown protocol!\r");
+    appmngr_notice("Unknown protocol!\r\n");
     return APPMNGR_PROTO_UNKNOWN;
 }
 

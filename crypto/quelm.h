@@ -2,7 +2,8 @@
  * quelm: DES and MD5 operations on buffers, and a sealed form of files built on them.
  *
  * All lengths and capacities are signed 32-bit numbers of bytes; a negative length means no bytes.
- * Nothing is kept between calls, so calls may run on several threads at once.
+ * But for the function that takes reports nothing is kept between calls, so calls may run on several
+ * threads at once.
  *
  * DES (FIPS 46-3) and MD5 (RFC 1321) protect nothing of value any more. They are here because the
  * formats that the device reads are made with them.
@@ -17,6 +18,15 @@ extern "C" {
 #endif
 
 enum { QUELM_DES_BLOCK_SIZE = 8, QUELM_DES_KEY_SIZE = 8, QUELM_MD5_SIZE = 16 };
+
+/* ---- Reports --------------------------------------------------------------------------------- */
+
+/* Takes a report, the text of one line with its line end, and the context given with the function. */
+typedef void (*QUELM_REPORT)(const char *text, void *context);
+
+/* Sends the reports of quelm_md5_des_file to a function from now on, or, with null, as at the start,
+ * to standard error. */
+void quelm_setReport(QUELM_REPORT report, void *context);
 
 /* ---- DES (FIPS 46-3) ------------------------------------------------------------------------- */
 
@@ -69,7 +79,7 @@ int32_t quelm_md5_des_do(const void *input, int32_t inputLength, void *output,
 
 /* The same from file to file, under the library's own key, for inputs of up to 16,382 bytes. 0,
  * also when the output could not be written whole; -1 when a file can't be opened or read or the
- * input is larger (in silence). What failed is told by perror: "open input file", "read", "open
+ * input is larger (in silence). What failed is reported with the system's reason: "open input file", "read", "open
  * output file", "write". */
 int quelm_md5_des_file(const char *inputPath, const char *outputPath, int encrypt);
 

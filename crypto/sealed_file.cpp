@@ -1,9 +1,9 @@
 // Sealed buffers and files: an MD5 digest in clear, then the text in DES-ECB.
 
 #include "crypto/quelm.h"
+#include "crypto/report.h"
 
 #include <cerrno>
-#include <cstdio>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -84,13 +84,13 @@ int32_t quelm_md5_des_do(const void *input, int32_t inputLength, void *output,
 int quelm_md5_des_file(const char *inputPath, const char *outputPath, int encrypt) {
     const File input(openFile(inputPath, O_RDONLY));
     if (!input.isOpen()) {
-        std::perror("open input file");
+        velda::quelm::report("open input file");
         return -1;
     }
     uint8_t text[inputBufferSize];
     const ssize_t length = read(input.descriptor(), text, inputSizeLimit);
     if (length < 0) {
-        std::perror("read");
+        velda::quelm::report("read");
         return -1;
     }
     if (static_cast<size_t>(length) == inputSizeLimit) {
@@ -104,11 +104,11 @@ int quelm_md5_des_file(const char *inputPath, const char *outputPath, int encryp
     }
     const File output(openFile(outputPath, O_RDWR | O_CREAT | O_TRUNC));
     if (!output.isOpen()) {
-        std::perror("open output file");
+        velda::quelm::report("open output file");
         return -1;
     }
     if (write(output.descriptor(), result, static_cast<size_t>(size)) < 0) {
-        std::perror("write");
+        velda::quelm::report("write");
     }
     return 0;
 }

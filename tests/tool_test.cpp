@@ -13,12 +13,13 @@
 
 namespace {
 
-TEST(Programs, DoWhatAShellSees) {
+void runCases(const char *file) {
     setenv("PARSER", VELDA_EMULATOR " " VELDA_PARSER, 1);
     setenv("DBTOOL", VELDA_EMULATOR " " VELDA_DBTOOL, 1);
+    setenv("TOOLS", VELDA_TOOLS, 1);
     setenv("SAMPLES", VELDA_SAMPLES, 1);
     setenv("IMAGES", VELDA_SAMPLE_IMAGES, 1);
-    forEachCase("programs.cases", [](const Case &test) {
+    forEachCase(file, [](const Case &test) {
         const TemporaryFolder folder;
         writeFile(folder.path("image"), packImage(smallDocument()));
         writeFile(folder.path("document.xml"), smallDocument());
@@ -29,6 +30,14 @@ TEST(Programs, DoWhatAShellSees) {
         EXPECT_EQ(done.err, test.lines("err"));
         EXPECT_EQ(readFile(folder.path("list")), test.has("list") ? test.lines("list") : "old\n");
     });
+}
+
+TEST(Programs, DoWhatAShellSees) {
+    runCases("programs.cases");
+}
+
+TEST(Programs, WorkAtADesk) {
+    runCases("dbtool.cases");
 }
 
 // In a child, as there is no way back: 0 when the list can be written and nothing else be opened, 2 where

@@ -1,27 +1,58 @@
 // velda-dbtool: work on database images at a desk.
 
-#include "tools/pack.h"
+#include "tools/commands.h"
+#include "tools/complain.h"
+#include "tools/database.h"
 
+#include <cerrno>
 #include <cstdio>
-#include <string_view>
 
 namespace {
 
-constexpr char usage[] = "Usage: velda-dbtool pack <XML> <DB_FILE>\n"
-                         "\n"
-                         "  pack   make the database image DB_FILE from the document XML\n";
+int print(const std::string &text) {
+    std::fputs(text.c_str(), stdout);
+    return 0;
+}
+
+int refuse(const Command *command) {
+    std::fputs(usageOf(command).c_str(), stderr);
+    return command != nullptr ? command->failure : 1;
+}
+
+int runCommand(int argc, char **argv) {
+    const std::string_view word = argc > 1 ? argv[1] : "";
+    if (word == "--help") {
+        return print(usageOf(nullptr));
+    }
+    if (word == "--version") {
+        return print("velda-dbtool " VELDA_VERSION "\n");
+    }
+    if (word == "--commands") {
+        return print(commandWords());
+    }
+    const Command *command = findCommand(word);
+    Arguments arguments;
+    arguments.command = word;
+    if (command == nullptr || !readArguments(argc - 2, argv + 2, command->options, arguments)) {
+        return refuse(command);
+    }
+    if (arguments.wantsHelp) {
+        return print(usageOf(command));
+    }
+    if (arguments.files.size() != command->fileCount) {
+        return refuse(command);
+    }
+    sendReportsToStandardError();
+    const int status = command->run(arguments);
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+        complainOfSystem("standard output", errno);
+        return command->failure;
+    }
+    return status;
+}
 
 } // namespace
 
 int main(int argc, char **argv) {
-    const std::string_view command = argc > 1 ? argv[1] : "";
-    if (command == "--help") {
-        std::fputs(usage, stdout);
-        return 0;
-    }
-    if (command == "pack" && argc == 4) {
-        return packDatabase(argv[2], argv[3]) ? 0 : 1;
-    }
-    std::fputs(usage, stderr);
-    return 1;
+    return runCommand(argc, argv);
 }

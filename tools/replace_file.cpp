@@ -1,11 +1,12 @@
 #include "tools/replace_file.h"
 
+#include "tools/complain.h"
+
 #include <array>
 #include <cerrno>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -35,19 +36,19 @@ bool replaceFile(const char *path, std::span<const uint8_t> bytes) {
     std::array<char, PATH_MAX> temporary;
     const int length = std::snprintf(temporary.data(), temporary.size(), "%s.XXXXXX", path);
     if (length < 0 || static_cast<size_t>(length) >= temporary.size()) {
-        std::fprintf(stderr, "velda-dbtool: %s: %s\n", path, std::strerror(ENAMETOOLONG));
+        complainOfSystem(path, ENAMETOOLONG);
         return false;
     }
     const int file = mkstemp(temporary.data());
     if (file < 0) {
-        std::fprintf(stderr, "velda-dbtool: %s: %s\n", path, std::strerror(errno));
+        complainOfSystem(path, errno);
         return false;
     }
     bool isDone = writeAll(file, bytes) && fchmod(file, ordinaryMode()) == 0;
     isDone = close(file) == 0 && isDone;
     isDone = isDone && std::rename(temporary.data(), path) == 0;
     if (!isDone) {
-        std::fprintf(stderr, "velda-dbtool: %s: %s\n", path, std::strerror(errno));
+        complainOfSystem(path, errno);
         unlink(temporary.data());
     }
     return isDone;

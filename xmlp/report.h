@@ -1,4 +1,4 @@
-// The one place where this library speaks: "[ERROR][function():line]: message" on standard output.
+// The one place where this library reports: "[ERROR][function():line]: message".
 #pragma once
 
 namespace velda::xmlp {

@@ -11,9 +11,9 @@
  * A document is used by one thread at a time; different documents are independent.
  *
  * Results. Unless told otherwise a call that returns int gives 0 when it is done and -1 when it
- * refuses; a call that returns a pointer gives null. Every refusal prints one line on standard
- * output, "[ERROR][function():line]: message"; the messages are quoted below. A call that refuses
- * leaves the tree as it was. "malloc failed." stands for memory that could not be obtained.
+ * refuses; a call that returns a pointer gives null. Every refusal reports one line,
+ * "[ERROR][function():line]: message"; the messages are quoted below. A call that refuses leaves the
+ * tree as it was. "malloc failed." stands for memory that could not be obtained.
  */
 #ifndef VELDA_XMLP_XMLP_H
 #define VELDA_XMLP_XMLP_H
@@ -23,6 +23,16 @@
 #ifdef __cplusplus
 extern "C" {
 #endif
+
+/* ---- Reports --------------------------------------------------------------------------------- */
+
+/* Takes a report: the text of one line with its line end, CR LF, and the context given with the
+ * function. Lines of 1024 bytes and more arrive cut. */
+typedef void (*XMLP_REPORT_FUNCTION)(const char *text, void *context);
+
+/* Sends all reports to a function from now on, or, with null, as at the start, to standard output.
+ * Documents may be in use on several threads; the function is then called on all of them. */
+void xmlp_setReport(XMLP_REPORT_FUNCTION report, void *context);
 
 /* ---- Records --------------------------------------------------------------------------------- */
 

@@ -52,6 +52,33 @@ TEST(Container, IsValidatedFieldByField) {
     });
 }
 
+TEST(Container, IsMadeOfAnImage) {
+    for (const size_t size : std::vector<size_t>{0, 14, 15, 16, 23, 65532}) {
+        const std::string data(size, 'd');
+        const std::string image = bigEndian(lengthOf(data)) + data;
+        std::string container(image.size() + 64, '#');
+        uint32_t length = lengthOf(container);
+        const std::string behind = image + "more";
+        ASSERT_EQ(appmngr_db_sealAppDb(container.data(), &length, behind.data(), lengthOf(behind)),
+                  0);
+        Case plain;
+        plain.add("data", data);
+        plain.add("version", "00010200");
+        EXPECT_EQ(container.substr(0, length), sealed(plainContainer(plain))) << size;
+        char version[APPMNGR_VERSION_SIZE];
+        EXPECT_EQ(appmngr_db_writeAppDbFromDatabase({0, length, container.data()}, version), 0);
+    }
+    const auto seal = [](const std::string &image, uint32_t room) {
+        std::string container(room, '#');
+        return appmngr_db_sealAppDb(container.data(), &room, image.data(), lengthOf(image));
+    };
+    EXPECT_EQ(seal(bigEndian(24) + std::string(24, 'd'), 55), APPMNGR_ERR_SIZE_SMALL);
+    EXPECT_EQ(seal(bigEndian(24) + std::string(23, 'd'), 99), APPMNGR_ERR_FILE_INVALID_FORMAT);
+    EXPECT_EQ(seal("abc", 99), APPMNGR_ERR_FILE_INVALID_FORMAT);
+    EXPECT_EQ(seal(bigEndian(65533), 99), APPMNGR_ERR_SIZE_LARGE);
+    EXPECT_EQ(appmngr_db_sealAppDb(nullptr, nullptr, "", 0), APPMNGR_ERR_INVALID_ARG);
+}
+
 TEST(Container, IsDecipheredIntoLargerRoom) {
     Case good;
     good.add("data", std::string(24, 'd'));

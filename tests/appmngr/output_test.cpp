@@ -1,5 +1,6 @@
 // The list, the JSON document and the dumps of a sample, as whole texts.
 
+#include "crypto/quelm.h"
 #include "tests/appmngr/model_fixture.h"
 #include "tests/support/files.h"
 
@@ -32,6 +33,54 @@ TEST_F(Outputs, JsonIsWrittenToTheCurrentFolder) {
     EXPECT_EXIT(appmngr_createJsonDb(), testing::ExitedWithCode(255),
                 "^open database.json failed!\n: No such file or directory\n$");
     std::filesystem::current_path("/");
+}
+
+void collect(const char *text, void *context) {
+    *static_cast<std::string *>(context) += text;
+}
+
+void collectVisit(const XMLP_NODE *node, APPMNGR_VISIT visit, void *context) {
+    *static_cast<std::string *>(context) += std::string(node->name) + "teum"[visit] + ' ';
+}
+
+TEST_F(Outputs, ReportsAndVisitsGoWhereTheProgramSendsThem) {
+    const std::string document =
+        "<AppDB><ver/><more/><x>1</x><id>1</id>" + smallDocument().substr(7);
+    const std::string broken = "<AppDB><" + std::string(2000, 'n') + " a='1'/></AppDB>";
+    std::string tuple = smallDocument();
+    tuple.replace(tuple.find("tcp"), 3, "tcp tcp");
+    const auto provoke = [&] {
+        std::string lines;
+        for (const std::string &text : {broken, tuple, std::string("<a></b>")}) {
+            load(text);
+            lines += printed;
+        }
+        return lines + outputOf([] {
+                   appmngr_utils_str2proto("x");
+                   xmlp_setNodeName(nullptr, nullptr);
+               });
+    };
+    const std::string lines = provoke();
+    std::string collected;
+    appmngr_setReport(collect, &collected);
+    xmlp_setReport(collect, &collected);
+    quelm_setReport(collect, &collected);
+    EXPECT_EQ(provoke(), "");
+    EXPECT_EQ(collected, lines);
+    collected.clear();
+    quelm_md5_des_file("/missing", "/missing", 1);
+    EXPECT_EQ(collected.substr(0, 42), "open input file: No such file or directory");
+    appmngr_setReport(nullptr, nullptr);
+    xmlp_setReport(nullptr, nullptr);
+    quelm_setReport(nullptr, nullptr);
+
+    collected.clear();
+    appmngr_setVisitor(collectVisit, &collected);
+    load(document);
+    appmngr_setVisitor(nullptr, nullptr);
+    EXPECT_EQ(collected,
+              "AppDBt vere moree xu idm vert appTypeListt appTypet idt appListt appt idt "
+              "namet ruleListt rulet tupleListt tuplet ");
 }
 
 TEST_F(Outputs, DumpsOfTheSample) {

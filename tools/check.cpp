@@ -1,0 +1,202 @@
+// What a load would leave out, cut or misunderstand.
+
+#include "tools/complain.h"
+#include "tools/database.h"
+#include "tools/element_rules.h"
+#include "tools/image_text.h"
+#include "tools/subcommands.h"
+#include "tools/table.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace {
+
+struct Reason {
+    int number; // of the report
+    std::string_view text;
+};
+
+// Empty for what another finding tells already.
+constexpr Reason reasons[] = {
+    {453, ""}, // too many fields; a line for what they are fields of follows
+    {1102, "no type has this identifier: the membership is left out"},
+    {1109, "the application's identifier can't belong to types: the membership is left out"},
+    {1247, ""}, // too long
+    {1268, "left out: not of the form \"proto ip:port ip:port\""},
+    {1280, "left out: the protocol is not tcp, udp or icmp"},
+    {1295, "left out: the source is not ip:port"},
+    {1318, "left out: the source address is neither IPv4 nor 0"},
+    {1343, "left out: the destination is not ip:port"},
+    {1362, "left out: the destination address is neither IPv4 nor 0"},
+};
+
+// 0 for a report without number; one with a number follows.
+int numberOf(std::string_view report) {
+    const size_t begin = report.find(") ");
+    int number = 0;
+    if (report.starts_with("[Error](") && begin != std::string_view::npos) {
+        std::from_chars(report.data() + begin + 2, report.data() + report.size(), number);
+    }
+    return number;
+}
+
+bool isTupleRefused(int number) {
+    return number >= 1247 && number <= 1362;
+}
+
+std::string reasonOf(std::string_view report, int number) {
+    if (number == 0) {
+        return "";
+    }
+    const auto *found = std::find_if(std::begin(reasons), std::end(reasons),
+                                     [number](const Reason &row) { return row.number == number; });
+    return std::string(found != std::end(reasons)
+                           ? found->text
+                           : report.substr(0, report.find_last_not_of("\r\n") + 1));
+}
+
+class Checker {
+public:
+    // False when the image can't be loaded; the reports of that are then on standard error.
+    bool load(const std::string &path);
+
+    const Table &findings() const { return findings_; }
+
+private:
+    void visited(const XMLP_NODE *node, APPMNGR_VISIT visit);
+    void reported(const char *text);
+    void tell(std::string_view message);
+    void followRule(const XMLP_NODE *node, bool isTaken);
+    void endRule();
+
+    struct Rule {
+        std::string path;
+        size_t depth;
+        int tuples; // that were taken
+    };
+
+    ElementPath path_;
+    std::optional<Rule> rule_;
+    ElementRules rules_;
+    bool isWalking_ = false;
+    std::string early_; // reports that are about no element
+    Table findings_ = {"findings", {"path", "message"}, {}};
+};
+
+void Checker::tell(std::string_view message) {
+    findings_.rows.push_back({textCell(path_.text()), textCell(message)});
+}
+
+void Checker::visited(const XMLP_NODE *node, APPMNGR_VISIT visit) {
+    isWalking_ = true;
+    path_.enter(node);
+    followRule(node, visit == APPMNGR_VISIT_TAKEN);
+    switch (visit) {
+    case APPMNGR_VISIT_TAKEN:
+        rules_.examine(node, path_, [this](const std::string &message) { tell(message); });
+        break;
+    case APPMNGR_VISIT_EMPTY:
+        tell("skipped: neither text nor elements");
+        break;
+    case APPMNGR_VISIT_UNKNOWN:
+        tell("skipped: no element of the database");
+        break;
+    case APPMNGR_VISIT_MISPLACED:
+        tell("skipped: not where it belongs");
+        break;
+    }
+}
+
+void Checker::followRule(const XMLP_NODE *node, bool isTaken) {
+    if (rule_ && path_.depth() <= rule_->depth) {
+        endRule();
+    }
+    if (isTaken && isNamed(node, "rule")) {
+        rule_ = {path_.text(), path_.depth(), 0};
+    } else if (isTaken && rule_ && isNamed(node, "tuple")) {
+        ++rule_->tuples;
+    }
+}
+
+void Checker::endRule() {
+    if (rule_ && rule_->tuples == 0) {
+        findings_.rows.push_back(
+            {textCell(rule_->path),
+             textCell("no tuple is taken: no record, and its features pass on to the next rule")});
+    }
+    rule_.reset();
+}
+
+void Checker::reported(const char *text) {
+    if (!isWalking_) {
+        early_ += text;
+        return;
+    }
+    const int number = numberOf(text);
+    if (rule_ && isTupleRefused(number)) {
+        --rule_->tuples;
+    }
+    const std::string reason = reasonOf(text, number);
+    if (!reason.empty()) {
+        tell(reason);
+    }
+}
+
+bool Checker::load(const std::string &path) {
+    const auto report = [](const char *text, void *context) {
+        static_cast<Checker *>(context)->reported(text);
+    };
+    appmngr_setReport(report, this);
+    xmlp_setReport(report, this);
+    appmngr_setVisitor([](const XMLP_NODE *node, APPMNGR_VISIT visit,
+                          void *context) { static_cast<Checker *>(context)->visited(node, visit); },
+                       this);
+    const bool isLoaded = appmngr_checkDbPath(path.c_str()) == 0 && appmngr_load_database() == 0;
+    appmngr_setVisitor(nullptr, nullptr);
+    endRule();
+    sendReportsToStandardError();
+    if (!isLoaded) {
+        std::fputs(early_.c_str(), stderr);
+    }
+    return isLoaded;
+}
+
+// An image begins with the high byte of a length below 64 KiB, a text never with a zero.
+bool isImage(const Input &input) {
+    return input.bytes.starts_with('\0');
+}
+
+// Puts the image of a document in its place.
+bool packInput(Input &input) {
+    const auto image = canBeCarried(input) ? encodeImage(input) : std::nullopt;
+    if (!image || !input.copy.hold(*image, input.name)) {
+        return false;
+    }
+    input.path = input.copy.path();
+    return true;
+}
+
+} // namespace
+
+int checkCommand(const Arguments &arguments) {
+    constexpr int unusable = 2;
+    auto input = readInput(arguments.files[0], APPMNGR_DB_XML_SIZE);
+    if (!input || (!isImage(*input) && !packInput(*input))) {
+        return unusable;
+    }
+    Checker checker;
+    if (!checker.load(input->path)) {
+        complain(input->name, "the database can't be loaded");
+        return unusable;
+    }
+    const Table &findings = checker.findings();
+    if (arguments.wantsJson) {
+        printTable(arguments, input->name, findings);
+    } else {
+        for (const auto &row : findings.rows) {
+            printLine(Style::plain, row[0].shown + ": " + row[1].shown);
+        }
+    }
+    return findings.rows.empty() ? 0 : 1;
+}

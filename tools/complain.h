@@ -1,0 +1,10 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+// Writes "velda-dbtool: <name>: <reason>" to standard error.
+void complain(std::string_view name, std::string_view reason);
+
+// The same with the system's reason.
+void complainOfSystem(std::string_view name, int error);

@@ -1,0 +1,54 @@
+#include "tools/element_path.h"
+
+#include "common/common.h"
+#include "tools/text.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace {
+
+char smallLetter(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+std::string smallLetters(std::string_view text) {
+    std::string result(text);
+    std::transform(result.begin(), result.end(), result.begin(), smallLetter);
+    return result;
+}
+
+bool isList(const XMLP_NODE *node) {
+    return node != nullptr && node->name != nullptr && smallLetters(node->name).ends_with("list");
+}
+
+} // namespace
+
+bool isNamed(const XMLP_NODE *node, const char *name) {
+    return node != nullptr && node->name != nullptr &&
+           appmngr_string_caseCmp(node->name, name) == 0;
+}
+
+void ElementPath::enter(const XMLP_NODE *node) {
+    const XMLP_NODE *parent = node->parent;
+    while (!levels_.empty() && levels_.back().node != parent) {
+        levels_.pop_back();
+    }
+    if (levels_.empty()) {
+        levels_.emplace_back().node = parent;
+    }
+    const uint32_t index = ++levels_.back().seen[smallLetters(node->name)];
+    std::string step = joined({"/", shown(node->name)});
+    if (index > 1 || isList(parent)) {
+        step += joined({"[", std::to_string(index), "]"});
+    }
+    levels_.push_back({node, std::move(step), index, {}});
+}
+
+std::string ElementPath::text() const {
+    std::string text;
+    for (const Level &level : levels_) {
+        text += level.step;
+    }
+    return text;
+}

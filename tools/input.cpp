@@ -1,0 +1,75 @@
+#include "tools/input.h"
+
+#include "tools/complain.h"
+#include "tools/replace_file.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <sys/stat.h>
+
+namespace {
+
+bool readUpTo(FILE *file, size_t limit, std::string &bytes) {
+    std::array<char, 65536> piece;
+    while (bytes.size() < limit) {
+        const size_t wanted = std::min(piece.size(), limit - bytes.size());
+        const size_t got = std::fread(piece.data(), 1, wanted, file);
+        bytes.append(piece.data(), got);
+        if (got < wanted) {
+            break;
+        }
+    }
+    return std::ferror(file) == 0;
+}
+
+bool isOrdinary(FILE *file) {
+    struct stat status = {};
+    return fstat(fileno(file), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+} // namespace
+
+bool isStandardStream(std::string_view path) {
+    return path == "-";
+}
+
+bool TemporaryFile::hold(std::string_view bytes, std::string_view name) {
+    file_.reset(std::tmpfile());
+    if (file_ == nullptr ||
+        std::fwrite(bytes.data(), 1, bytes.size(), file_.get()) != bytes.size() ||
+        std::fflush(file_.get()) != 0) {
+        complainOfSystem(name, errno);
+        return false;
+    }
+    path_ = "/dev/fd/" + std::to_string(fileno(file_.get()));
+    return true;
+}
+
+std::optional<Input> readInput(const char *path, size_t limit) {
+    const bool isStandard = isStandardStream(path);
+    Input input;
+    input.name = isStandard ? "standard input" : path;
+    const velda::OwnedFile opened(isStandard ? nullptr : std::fopen(path, "rb"));
+    FILE *file = isStandard ? stdin : opened.get();
+    if (file == nullptr || !readUpTo(file, limit, input.bytes)) {
+        complainOfSystem(input.name, errno);
+        return std::nullopt;
+    }
+    if (!isStandard && isOrdinary(file)) {
+        input.path = path;
+    } else if (input.copy.hold(input.bytes, input.name)) {
+        input.path = input.copy.path();
+    } else {
+        return std::nullopt;
+    }
+    return input;
+}
+
+bool writeOutput(const char *path, std::string_view bytes) {
+    if (!isStandardStream(path)) {
+        return replaceFile(path, {reinterpret_cast<const uint8_t *>(bytes.data()), bytes.size()});
+    }
+    return std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size();
+}
