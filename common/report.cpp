@@ -15,7 +15,8 @@ APPMNGR_REPORT chosenReport = nullptr;
 void *chosenContext = nullptr;
 
 // `begin`, then the formatted message.
-void tell(const char *begin, const char *format, va_list arguments) {
+__attribute__((format(printf, 2, 0))) void tell(const char *begin, const char *format,
+                                                va_list arguments) {
     if (chosenReport == nullptr) {
         std::fputs(begin, stdout);
         std::vprintf(format, arguments);
