@@ -8,7 +8,7 @@ cd "$(dirname "$0")/../../docs"
 status=0
 
 for page in *.[13]; do
-    if ! head -n 1 "$page" | grep -q "^\.TH .* \"velda-db-parser $version\""; then
+    if ! head -n 1 "$page" | grep -q "^\.TH .* \"velda-[a-z-]* $version\""; then
         echo "$page does not name version $version in its first line" >&2
         status=1
     fi
