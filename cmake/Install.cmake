@@ -79,7 +79,8 @@ install(FILES tools/velda-dbtool.bash-completion RENAME velda-dbtool OPTIONAL
     DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/bash-completion/completions COMPONENT runtime)
 
 # As in the project, so that they find each other.
+file(GLOB texts CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/docs/*.md)
+install(FILES ${texts} DESTINATION ${VELDA_DOC_DIR}/docs COMPONENT runtime)
 install(FILES README.md CHANGELOG.md DESTINATION ${VELDA_DOC_DIR} COMPONENT runtime)
 install(FILES LICENSE SECURITY.md DESTINATION ${VELDA_DOC_DIR} COMPONENT runtime OPTIONAL)
-install(DIRECTORY docs DESTINATION ${VELDA_DOC_DIR} COMPONENT runtime FILES_MATCHING PATTERN "*.md")
-install(DIRECTORY docs/examples DESTINATION ${VELDA_DOC_DIR} COMPONENT development)
+install(DIRECTORY docs/examples DESTINATION ${VELDA_DOC_DIR}/docs COMPONENT development)

@@ -21,15 +21,15 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS
     ${PROJECT_BINARY_DIR}/common ${PROJECT_BINARY_DIR}/xmlp ${PROJECT_BINARY_DIR}/crypto
     ${PROJECT_BINARY_DIR}/appmngr)
-set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
-"The program velda-db-parser lists the applications of a database image,
+set(CPACK_DEBIAN_RUNTIME_DESCRIPTION "${PROJECT_DESCRIPTION}
+The program velda-db-parser lists the applications of a database image,
 velda-dbtool makes such images.")
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libvelda-db-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "liblzma-dev, libssl-dev")
-set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
-"Headers, libraries, man pages and the files for CMake and pkg-config: the
+set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION "Libraries to read application-identification databases and XML
+Headers, libraries, man pages and the files for CMake and pkg-config: the
 database reader, the XML library, DES and MD5 operations.")
 if(BUILD_SHARED_LIBS)
     set(CPACK_COMPONENT_DEVELOPMENT_DEPENDS runtime)
