@@ -10,7 +10,7 @@ nm=$1 library=$2 header=$3
 case $library in
 *.a)
     strangers=$("$nm" --extern-only --defined-only "$library" | awk 'NF == 3 && $2 !~ /[VWu]/ { print $3 }' |
-        grep -vE '^(appmngr|quelm|velda|xmlp|g_appmngr|g_xmlp|_ZNK?5velda|_[a-z])' || true)
+        grep -vE '^(appmngr|quelm|velda|xmlp|g_appmngr|g_xmlp|_ZNK?5velda|_[a-z_])' || true)
     if [ -n "$strangers" ]; then
         printf '%s defines names that are not its own:\n%s\n' "$library" "$strangers" >&2
         exit 1
