@@ -27,9 +27,9 @@ Element findElement(const char *name) {
 
 } // namespace
 
-constinit KnownName knownNames[64] = {};
+constinit AddressedElement elementsByAddress[64] = {};
 
-Element lookUpElement(const char *name, KnownName &slot) {
+Element lookUpElement(const char *name, AddressedElement &slot) {
     const Element element = findElement(name);
     if (areAddressesKnown) {
         slot = {name, element};
@@ -43,7 +43,7 @@ KnownAddresses::KnownAddresses() {
 
 KnownAddresses::~KnownAddresses() {
     areAddressesKnown = false;
-    std::fill(std::begin(knownNames), std::end(knownNames), KnownName{});
+    std::fill(std::begin(elementsByAddress), std::end(elementsByAddress), AddressedElement{});
 }
 
 } // namespace velda::appmngr

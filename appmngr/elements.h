@@ -43,21 +43,22 @@ namespace velda::appmngr {
 enum class Element : uint32_t { DATABASE_ELEMENTS(ELEMENT_OF_ROW) unknown };
 #undef ELEMENT_OF_ROW
 
-struct KnownName {
+struct AddressedElement {
     const char *address;
     Element element;
 };
 
 // Each address has one slot, where another one may replace it; those of a static tree's names lie
 // close together at multiples of four. Empty while no addresses are known.
-extern KnownName knownNames[64];
+extern AddressedElement elementsByAddress[64];
 
 // The element of a name that is not in its slot.
-Element lookUpElement(const char *name, KnownName &slot);
+Element lookUpElement(const char *name, AddressedElement &slot);
 
 inline Element elementOf(const XMLP_NODE *node) {
     const char *name = node->name;
-    KnownName &known = knownNames[reinterpret_cast<uintptr_t>(name) / 4 % std::size(knownNames)];
+    AddressedElement &known =
+        elementsByAddress[reinterpret_cast<uintptr_t>(name) / 4 % std::size(elementsByAddress)];
     return known.address == name && name != nullptr ? known.element : lookUpElement(name, known);
 }
 

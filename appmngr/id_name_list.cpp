@@ -13,7 +13,7 @@ constexpr size_t idSizeMax = sizeof "-2147483648" - 1;
 
 // "id:name", as one piece: most of a formatted print would be its own set-up.
 void writeLine(const APPMNGR_APP &app, FILE *file) {
-    char line[idSizeMax + sizeof ':' + sizeof app.name + sizeof '\n'];
+    char line[idSizeMax + 1 + sizeof app.name + 1];
     char *end = std::to_chars(line, line + idSizeMax, app.id).ptr;
     *end++ = ':';
     end = std::copy_n(app.name, strnlen(app.name, sizeof app.name), end);

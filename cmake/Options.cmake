@@ -7,6 +7,7 @@ option(VELDA_BUILD_BENCH "Build the benchmarks, which need further libraries (./
 option(VELDA_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" ${PROJECT_IS_TOP_LEVEL})
 option(VELDA_HARDEN "Build position independent, with RELRO and run-time checks" ON)
 option(VELDA_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+option(VELDA_FUZZ "Build the fuzz targets with libFuzzer (clang++, with VELDA_SANITIZE)" OFF)
 option(VELDA_COVERAGE "Build with coverage counters" OFF)
 
 if(PROJECT_IS_TOP_LEVEL AND NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)

@@ -32,6 +32,11 @@ function(velda_instrument target)
         target_compile_options(${target} PRIVATE ${sanitizers} -fno-omit-frame-pointer)
         target_link_options(${target} PRIVATE ${sanitizers})
     endif()
+    if(VELDA_FUZZ)
+        # Not -fsanitize=fuzzer-no-link: following comparisons too would take most of the time.
+        target_compile_options(${target} PRIVATE
+            -fsanitize-coverage=inline-8bit-counters,indirect-calls,pc-table)
+    endif()
     if(VELDA_COVERAGE)
         target_compile_options(${target} PRIVATE --coverage)
         target_link_options(${target} PRIVATE --coverage)
@@ -62,18 +67,22 @@ function(velda_reproducible target)
 endfunction()
 
 # The product itself: no exceptions, no RTTI, nothing from the C++ run-time library. --as-needed
-# keeps the C++ driver's default libraries out of a program that calls nothing in them.
+# keeps the C++ driver's default libraries out of a program that calls nothing in them, and what a
+# processor without an instruction for it calls, a division say, is linked in.
 function(velda_product_target target)
     target_compile_features(${target} PRIVATE cxx_std_20)
     target_compile_options(${target} PRIVATE
         $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics>
         -Wnull-dereference)
+    if(CMAKE_SIZEOF_VOID_P EQUAL 4) # files of 2 GiB and more open there too
+        target_compile_definitions(${target} PRIVATE _FILE_OFFSET_BITS=64)
+    endif()
     set_target_properties(${target} PROPERTIES
         CXX_EXTENSIONS OFF
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON
         POSITION_INDEPENDENT_CODE ON)
-    target_link_options(${target} PRIVATE -Wl,--as-needed)
+    target_link_options(${target} PRIVATE -Wl,--as-needed -static-libgcc)
     velda_instrument(${target})
     velda_harden(${target})
     velda_reproducible(${target})

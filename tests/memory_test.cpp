@@ -1,142 +1,229 @@
-// Every allocation fails once: the failure is told, nothing is left behind, nothing is half done.
+// Every allocation of every operation fails once: the failure is told, nothing is left behind, and
+// the document and the model are as they were.
 
 #include "appmngr/appmngr_internal.h"
+#include "crypto/quelm.h"
+#include "tests/appmngr/model_fixture.h"
 #include "tests/support/documents.h"
 #include "tests/support/failing_memory.h"
 #include "tests/support/files.h"
-#include "tests/support/images.h"
 #include "xmlp/xmlp_internal.h"
 
-#include <cstdlib>
+#include <filesystem>
+#include <functional>
 
 namespace {
 
-// Fails each allocation of an action, which frees what it is given: every failure is told by a text
-// that has `line` in it and leaves no block. Gives the number of failures.
-size_t failuresOf(const std::function<void()> &action, const std::string &line) {
-    const size_t before = liveBlocks();
-    std::string output;
-    return failEachAllocation([&] { output = outputOf(action); },
-                              [&] {
-                                  EXPECT_EQ(liveBlocks(), before);
-                                  EXPECT_NE(output.find(line), std::string::npos) << output;
-                              });
+// The results of operations, which free what they are given. -1 for null.
+
+long freed(XMLP_VALUE *values, uint32_t count) {
+    count > 0 ? xmlp_freeValueArray(values, count) : std::free(values);
+    return values != nullptr ? long{count} : -1;
 }
 
-TEST(FailingMemory, StopsAParseWithoutALoss) {
-    std::string text; // deep enough for the check's stack and the name index to grow
-    for (int i = 0; i < 3000; ++i) {
+long freed(char *text) {
+    std::free(text);
+    return text != nullptr ? 0 : -1;
+}
+
+long freed(long result, char *text) {
+    std::free(text);
+    return result;
+}
+
+// Elements of distinct names in one another, enough for every stack and table to grow; in the
+// innermost one a tag with many attributes and a text.
+std::string deepText(int depth, int attributes, const std::string &innermost) {
+    std::string text = "<m";
+    for (int i = 0; i < attributes; ++i) {
+        text += " m" + std::to_string(i) + "=\"\"";
+    }
+    text += "/>" + innermost;
+    for (int i = 0; i < depth; ++i) {
         const std::string number = std::to_string(i);
-        text = "<a x" + number + "=\"7" + number + "\">v" + text + "</a>";
+        text =
+            "<a" + number + " x" + number + "=\"7" + number + "\">" + text + "</a" + number + ">";
     }
-    text.insert(0, "<?xml?>");
-    const size_t failures = failuresOf([&text] { parseStatic(text); }, "malloc failed.\r\n");
-    EXPECT_GE(failures, 8u);
-    EXPECT_LE(failures, 40u);
+    return "<?x?>" + text;
 }
 
-TEST(FailingMemory, LeavesNodesAsTheyWere) {
-    XMLP_NODE *node = xmlp_initNode();
-    xmlp_setNodeName(node, "n");
-    xmlp_setNodeValue(node, "v", 1);
-    xmlp_addNodeAttr(node, "a", "1");
-    const auto expectFailures = [node](size_t count, const std::function<void()> &action) {
-        const auto watched = [node, &action] {
-            action();
-            EXPECT_EQ(treeText(node), "n:N[a=1]\"v\"");
-        };
-        EXPECT_EQ(failuresOf(watched, "malloc failed."), count);
+using D = XMLP_DOC *;
+using Operation = std::function<long(D)>;
+
+// A text whose '<' within a character sends a parse to the plain road.
+const std::string hidden = "<h>\xE0<b&amp;</h>";
+
+Operation parse(const std::string &text, uint32_t isStatic) {
+    return [text, isStatic](D) {
+        D doc = xmlp_loadDoc(text.c_str(), static_cast<uint32_t>(text.size()), isStatic);
+        return Doc(doc) != nullptr ? 0 : -1;
     };
-    expectFailures(1, [node] { xmlp_setNodeName(node, "n"); });
-    expectFailures(1, [node] { xmlp_setNodeValue(node, "v", 1); });
-    expectFailures(1, [node] { xmlp_setNodeAttr(node, "a", "1"); });
-    expectFailures(3, [node] {
-        xmlp_addNodeAttr(node, "b", "2");
-        xmlp_delNodeAttr(node, "b");
-    });
-    expectFailures(1, [node] {
-        char *value = nullptr;
-        xmlp_getNodeAttr(node, "a", &value);
-        std::free(value);
-    });
-    expectFailures(6, [] {
-        char *name = nullptr;
-        XMLP_ATTR *attrs = nullptr;
-        _getNameAttr("t x=\"1\" y=\"\">", '>', &name, &attrs, 0, nullptr);
-        EXPECT_EQ(name == nullptr, attrs == nullptr);
-        std::free(name);
+}
+
+char y[] = "y";
+char two[] = "2";
+XMLP_ATTR_PAIR asked = {};
+const XMLP_VALUE values[] = {{1, y}, {1, y}};
+const XMLP_ATTR_PAIR newAttrs[] = {{"p", y}, {"q", nullptr}};
+const XMLP_ATTR_PAIR known[] = {{"b", y}, {"b", y}};
+const XMLP_ATTR_PAIR knownA = {"a", y};
+const XMLP_ATTR_PAIR wanted = {"b", two};
+const XMLP_ATTR_PAIR manyAttrs[] = {
+#define PAIRS(n)              \
+    {n "a", y}, {n "b", y}, { \
+        n "c", y              \
+    }
+    PAIRS("1"), PAIRS("2"), PAIRS("3"), PAIRS("4"), PAIRS("5"), PAIRS("6"),
+    PAIRS("7"), PAIRS("8"), PAIRS("9"), PAIRS("x"), PAIRS("y")};
+const XMLP_ITEM items[] = {{2, newAttrs, 1, y}, {0, nullptr, 1, y}};
+const uint32_t first = 0;
+uint32_t count = 0;
+char *name = nullptr;
+XMLP_ATTR *attrs = nullptr;
+char out[64];
+// A container that holds eight bytes.
+const std::string container = fromHex("34D07DBA9BD3E1E8B5F7B0143299A7C0982BCA69"
+                                      "A6D829722B26C0BBED760C1474F67197B73E935B");
+
+// clang-format off
+std::map<std::string, Operation> operations = {
+    {"parse static", parse(deepText(3000, 70, ""), 1)},
+    {"parse static, plain", parse(deepText(3000, 70, hidden), 1)},
+    {"parse dynamic", parse(deepText(70, 40, "<v>t&amp;</v><l><item/></l>"), 0)},
+    {"parse dynamic, plain", parse(deepText(70, 40, hidden), 0)},
+    {"setName", [](D d) { return xmlp_setName(d, "/r/v", "w"); }},
+    {"setValue", [](D d) { return xmlp_setValue(d, "/r/v", "new", 3); }},
+    {"getValue", [](D d) { return freed(xmlp_getValue(d, "/r/v"), 1); }},
+    {"add", [](D d) { return xmlp_add(d, "/r/e", 0, "n", values, newAttrs, 2); }},
+    {"add many", [](D d) { return xmlp_add(d, "/r", 0, "n", values, manyAttrs, 33); }},
+    {"delete", [](D d) { return xmlp_delete(d, "/r/l"); }},
+    {"getAttr", [](D d) {
+        asked = {"a", nullptr};
+        const int result = xmlp_getAttr(d, "/r", &asked);
+        return freed(result, asked.value); }},
+    {"setAttr", [](D d) { return xmlp_setAttr(d, "/r", &knownA); }},
+    {"addAttr", [](D d) { return xmlp_addAttr(d, "/r", newAttrs); }},
+    {"getItemValue", [](D d) {
+        XMLP_VALUE *got = xmlp_getItemValue(d, "/r/l", XMLP_POS_RANGE, &first, 2, &count);
+        return freed(got, count); }},
+    {"setItemValue",
+     [](D d) { return xmlp_setItemValue(d, "/r/l", XMLP_POS_RANGE, values, &first, 2); }},
+    {"addItem", [](D d) { return xmlp_addItem(d, "/r/l", items, 0, 2); }},
+    {"getItemAttr", [](D d) {
+        asked = {"b", nullptr};
+        const long result = xmlp_getItemAttr(d, "/r/l", XMLP_POS_RANGE, &asked, &first, 1);
+        return freed(result, asked.value); }},
+    {"setItemAttr",
+     [](D d) { return xmlp_setItemAttr(d, "/r/l", XMLP_POS_RANGE, known, &first, 2); }},
+    {"addItemAttr",
+     [](D d) { return xmlp_addItemAttr(d, "/r/l", XMLP_POS_RANGE, newAttrs, &first, 2); }},
+    {"getItemValueByAttr", [](D d) {
+        XMLP_VALUE *got = xmlp_getItemValueByAttr(d, "/r/l", &wanted, 1, &count);
+        return freed(got, count); }},
+    {"write compact", [](D d) { return freed(xmlp_dumpDoc(d, 1, &count)); }},
+    {"write indented", [](D d) { return freed(xmlp_tree2Xml(d, 0, &count)); }},
+    {"read a tag", [](D) {
+        const int result = _getNameAttr("t x=\"1\" y=\"\">", '>', &name, &attrs, 0, nullptr);
         xmlp_freeAttrList(attrs);
-    });
-    xmlp_delDtree(node);
-}
+        return freed(result, name); }},
+    {"open", [](D) { return appmngr_checkDbPath("image"); }},
+    {"buffers", [](D) { return appmngr_file_alloc() == 0 ? appmngr_file_free() : -1; }},
+    {"load", [](D) { return appmngr_load_database(); }},
+    {"describe", [](D) {
+        g_appmngr_counter.descAppCnt = g_appmngr_counter.descAppTypeCnt = 2;
+        return _appmngr_alloc_for_appdesc(); }},
+    {"list", [](D) { return appmngr_saveIdAndName("list"); }},
+    {"dump", [](D) { return appmngr_dumpAppList(); }},
+    {"container", [](D) {
+        const APPMNGR_CONTAINER given = {0, 40, container.data()};
+        return appmngr_db_writeAppDbFromDatabase(given, out); }},
+    {"seal", [](D) {
+        return quelm_md5_des_do(y, 1, out, sizeof out, "8bytekey", 1) +
+               quelm_md5_des_file("image", "sealed", 1); }},
+};
+// clang-format on
 
-TEST(FailingMemory, LosesNothingOfADynamicDocument) {
-    const std::string text = "<?x?><r a=\"1\"><l><item b=\"2\">x</item><item/></l><v>t</v></r>";
-    EXPECT_GE(failuresOf([&text] { parseDynamic(text); }, ""), 20u);
-
-    const Doc doc = parseDynamic(text);
-    XMLP_DOC *d = doc.get();
-    const std::string before = documentText(d);
-    char letter[] = "y";
-    const XMLP_VALUE value = {1, letter};
-    const XMLP_ATTR_PAIR attr = {"c", letter};
-    const XMLP_ITEM item = {1, &attr, 1, letter};
-    const uint32_t first = 0;
-    const std::function<void()> actions[] = {
-        [d] { xmlp_freeValueArray(xmlp_getValue(d, "/r/v"), 1); },
-        [d] { xmlp_setValue(d, "/r/v", "t", 1); },
-        [&] {
-            if (xmlp_add(d, "/r", 0, "n", &value, &attr, 1) == 0) {
-                xmlp_delete(d, "/r/n");
-            }
-        },
-        [&] {
-            if (xmlp_addItem(d, "/r/l", &item, 0, 1) == 1) {
-                xmlp_deleteItem(d, "/r/l", XMLP_POS_RANGE, &first, 1);
-            }
-        },
-        [&] {
-            uint32_t count = 0;
-            XMLP_VALUE *values = xmlp_getItemValue(d, "/r/l", XMLP_POS_RANGE, &first, 2, &count);
-            count > 0 ? xmlp_freeValueArray(values, count) : std::free(values);
-        },
-        [&] {
-            XMLP_ATTR_PAIR asked = {"b", letter};
-            letter[0] = '2';
-            uint32_t count = 0;
-            XMLP_VALUE *values = xmlp_getItemValueByAttr(d, "/r/l", &asked, 1, &count);
-            xmlp_freeValueArray(values, values != nullptr ? count : 0);
-        },
-        [d] {
-            uint32_t length = 0;
-            std::free(xmlp_dumpDoc(d, 0, &length));
-        },
-    };
-    for (const auto &action : actions) {
-        EXPECT_GE(failuresOf(action, "malloc failed."), 1u);
-        EXPECT_EQ(documentText(d), before);
+class FailingMemory : public Model {
+protected:
+    FailingMemory() {
+        std::filesystem::current_path(folder_.path(""));
+        const std::string keyword = "<dnsKwList><dnsKw>k</dnsKw></dnsKwList>";
+        writeFile("image", packImage(smallDocument(appElement(1, "one", keyword))));
     }
-}
+    ~FailingMemory() override { std::filesystem::current_path("/"); }
 
-TEST(FailingMemory, LeavesTheModelEmpty) {
-    const TemporaryFolder folder;
-    const std::string path = folder.path("image");
-    const std::string keyword = "<dnsKwList><dnsKw>k</dnsKw></dnsKwList>";
-    writeFile(path, packImage(smallDocument(appElement(1, "one", keyword))));
-    ASSERT_EQ(appmngr_checkDbPath(path.c_str()), 0);
-    const auto loadAndFree = [] {
-        if (appmngr_load_database() == 0) {
-            appmngr_dbReInit();
+    // What is to stay as it was.
+    static std::vector<std::string> stateOf(const Doc &doc) {
+        return {treeText(doc->tree->rootNode), modelText(), readFile("list").value_or("no list")};
+    }
+
+    // Runs an operation on a document and a model of its own. True when an allocation has failed;
+    // `outcome` is its result, its lines, and what it has changed, in one line.
+    static bool hasFailed(const Operation &operation, size_t allowed, std::string &outcome) {
+        Doc doc = parseDynamic("<?x?><r a=\"1\"><l><item b=\"2\">x</item><item b=\"2\"/></l>"
+                               "<v>t</v><e/></r>");
+        writeFile("list", "old\n");
+        appmngr_checkDbPath("image");
+        outputOf([] { EXPECT_EQ(appmngr_load_database(), 0); });
+        const auto before = stateOf(doc);
+        long result = 0;
+        bool isFailed = false;
+        std::string lines;
+        const std::string errors = errorsOf([&] {
+            lines = linesOf([&] {
+                beginCounting(allowed);
+                result = operation(doc.get());
+                isFailed = endCounting();
+            });
+        });
+        const auto after = stateOf(doc);
+        outcome = std::to_string(result) + "\n" + lines + errors;
+        for (size_t i = 0; i < before.size(); ++i) {
+            outcome += after[i] != before[i] ? "now " + after[i] + "\n" : "";
         }
-        EXPECT_EQ(g_appmngr_appDb.rule, nullptr);
-        EXPECT_EQ(g_appmngr_appDb.ruleCount + g_appmngr_appDns.count, 0u);
-    };
-    EXPECT_GE(failuresOf(loadAndFree, ""), 12u);
+        for (const auto &[found, instead] :
+             {std::pair("\n\n+", "\n"), {"(.+\n)\\1+", "$1"}, {"\n(?!$)", " | "}}) {
+            outcome = std::regex_replace(outcome, std::regex(found), instead);
+        }
+        doc.reset();
+        outputOf([] { appmngr_dbReInit(); });
+        std::free(std::exchange(g_appmngr_decryptBuf, nullptr));
+        EXPECT_EQ(blocksLeft(), 0u) << outcome;
+        return isFailed;
+    }
+
+    const TemporaryFolder folder_;
+};
+
+TEST_F(FailingMemory, IsToldAndLeavesNothing) {
+    size_t all = 0;
+    forEachCase("memory.cases", [&](const Case &test) {
+        const auto node = operations.extract(test.text("operation"));
+        ASSERT_FALSE(node.empty());
+        std::string outcomes; // each once
+        std::string outcome;
+        size_t points = 0;
+        for (bool isFailed = true; isFailed; points += isFailed ? 1 : 0) {
+            isFailed = hasFailed(node.mapped(), points, outcome);
+            outcomes += outcomes.find(outcome) == std::string::npos ? outcome : "";
+        }
+        EXPECT_EQ(outcomes, test.lines("outcome")) << node.key();
+        all += points;
+        std::printf("%5zu failure points: %s\n", points, node.key().c_str());
+    });
+    EXPECT_TRUE(operations.empty()) << operations.begin()->first << " has no case";
+    std::printf("%5zu in all\n", all);
 }
 
-TEST(FailingMemory, LeavesNoneOfTheBuffersOfALoad) {
-    const auto obtain = [] { return appmngr_file_alloc() == 0 ? appmngr_file_free() : -1; };
-    EXPECT_EQ(failuresOf(obtain, "[Error](appmngr_file_alloc) 2400: malloc memory faild.\n"), 3u);
+TEST_F(FailingMemory, EndsTheProcessThatWritesJsonOrIsNoHindrance) {
+    ASSERT_EQ(load(smallDocument()), 0);
+    EXPECT_EXIT((beginCounting(0), appmngr_createJsonDb()), testing::ExitedWithCode(255),
+                "^open database.json failed!\n: Cannot allocate memory\n$");
+    bool isFailed = false;
+    outputOf([&] { beginCounting(1), appmngr_createJsonDb(), isFailed = endCounting(); });
+    const auto unbuffered = readFile("database.json");
+    outputOf([] { appmngr_createJsonDb(); });
+    EXPECT_TRUE(isFailed && unbuffered == readFile("database.json"));
 }
 
 } // namespace

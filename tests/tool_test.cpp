@@ -14,8 +14,8 @@
 namespace {
 
 TEST(Programs, DoWhatAShellSees) {
-    setenv("PARSER", VELDA_PARSER, 1);
-    setenv("DBTOOL", VELDA_DBTOOL, 1);
+    setenv("PARSER", VELDA_EMULATOR " " VELDA_PARSER, 1);
+    setenv("DBTOOL", VELDA_EMULATOR " " VELDA_DBTOOL, 1);
     setenv("SAMPLES", VELDA_SAMPLES, 1);
     setenv("IMAGES", VELDA_SAMPLE_IMAGES, 1);
     forEachCase("programs.cases", [](const Case &test) {
@@ -70,9 +70,10 @@ TEST(Programs, NeedNoLibraryButLzmaAndC) {
     if (VELDA_HAS_OTHER_LIBRARIES) {
         GTEST_SKIP() << "sanitizers and shared builds bring libraries of their own";
     }
+    // The loader is part of the C library; on some machines the stack protector's secret is in it.
     const Finished done =
         run(VELDA_READELF " -d " VELDA_PARSER " | sed -n 's/.*(NEEDED).*\\[\\(.*\\)\\]/\\1/p'"
-                          " | grep -v '^libvelda_'",
+                          " | grep -v -e '^libvelda_' -e '^ld-linux'",
             "/");
     EXPECT_EQ(done.out, "liblzma.so.5\nlibc.so.6\n") << done.err;
 }

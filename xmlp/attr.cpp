@@ -1,5 +1,7 @@
 // Attributes of an element.
 
+#include "xmlp/attr_list.h"
+#include "xmlp/attr_names.h"
 #include "xmlp/memory.h"
 #include "xmlp/report.h"
 #include "xmlp/xmlp.h"
@@ -31,6 +33,45 @@ bool copyText(const char *value, Owned<char> &copy) {
     return copy != nullptr;
 }
 
+constexpr char adder[] = "xmlp_addNodeAttr";
+
+// As far as can be told without a look at those that are there.
+bool canBeAdded(const XMLP_NODE *node, const char *name, const char *value) {
+    if (node == nullptr || name == nullptr || name[0] == '\0') {
+        XMLP_REPORT_FOR(adder, "invalid params.");
+        return false;
+    }
+    if (xmlp_isValidName(name, length(name)) == 0) {
+        XMLP_REPORT_FOR(adder, "invalid attribute name %s.", name);
+        return false;
+    }
+    if (value != nullptr && xmlp_isValidAttrValue(value, length(value)) == 0) {
+        XMLP_REPORT_FOR(adder, "invalid attribute value.");
+        return false;
+    }
+    return true;
+}
+
+// A new attribute behind the last one, which is null where there is none. Null when memory runs out.
+XMLP_ATTR *append(XMLP_NODE *node, XMLP_ATTR *last, const char *name, const char *value) {
+    Owned<XMLP_ATTR> attr(static_cast<XMLP_ATTR *>(std::calloc(1, sizeof(XMLP_ATTR))));
+    Owned<char> nameCopy(strdup(name));
+    Owned<char> valueCopy;
+    if (attr == nullptr || nameCopy == nullptr || !copyText(value, valueCopy)) {
+        XMLP_REPORT_FOR(adder, "malloc failed.");
+        return nullptr;
+    }
+    attr->name = nameCopy.release();
+    attr->value = valueCopy.release();
+    XMLP_ATTR *added = attr.release();
+    if (last != nullptr) {
+        last->next = added;
+    } else {
+        node->attrList = added;
+    }
+    return added;
+}
+
 void freeAttr(XMLP_ATTR *attr) {
     std::free(attr->name);
     std::free(attr->value);
@@ -52,16 +93,7 @@ uint32_t xmlp_getNodeAttrCount(const XMLP_NODE *node) {
 }
 
 int xmlp_addNodeAttr(XMLP_NODE *node, const char *name, const char *value) {
-    if (node == nullptr || name == nullptr || name[0] == '\0') {
-        XMLP_REPORT("invalid params.");
-        return -1;
-    }
-    if (xmlp_isValidName(name, length(name)) == 0) {
-        XMLP_REPORT("invalid attribute name %s.", name);
-        return -1;
-    }
-    if (value != nullptr && xmlp_isValidAttrValue(value, length(value)) == 0) {
-        XMLP_REPORT("invalid attribute value.");
+    if (!canBeAdded(node, name, value)) {
         return -1;
     }
     XMLP_ATTR *last = nullptr;
@@ -72,21 +104,32 @@ int xmlp_addNodeAttr(XMLP_NODE *node, const char *name, const char *value) {
         }
         last = attr;
     }
-    Owned<XMLP_ATTR> attr(static_cast<XMLP_ATTR *>(std::calloc(1, sizeof(XMLP_ATTR))));
-    Owned<char> nameCopy(strdup(name));
-    Owned<char> valueCopy;
-    if (attr == nullptr || nameCopy == nullptr || !copyText(value, valueCopy)) {
-        XMLP_REPORT("malloc failed.");
-        return -1;
+    return append(node, last, name, value) != nullptr ? 0 : -1;
+}
+
+bool velda::xmlp::addAttrs(XMLP_NODE *node, const XMLP_ATTR_PAIR *attrs, uint32_t count) {
+    AttrNames names;
+    XMLP_ATTR *last = nullptr;
+    for (uint32_t i = 0; i < count; ++i) {
+        const char *name = attrs[i].name;
+        if (!canBeAdded(node, name, attrs[i].value)) {
+            return false;
+        }
+        const AttrNames::Result added = names.add(name);
+        if (added == AttrNames::Result::isRepeated) {
+            XMLP_REPORT_FOR(adder, "attribute existed.");
+            return false;
+        }
+        if (added == AttrNames::Result::noMemory) {
+            XMLP_REPORT_FOR(adder, "malloc failed.");
+            return false;
+        }
+        last = append(node, last, name, attrs[i].value);
+        if (last == nullptr) {
+            return false;
+        }
     }
-    attr->name = nameCopy.release();
-    attr->value = valueCopy.release();
-    if (last != nullptr) {
-        last->next = attr.release();
-    } else {
-        node->attrList = attr.release();
-    }
-    return 0;
+    return true;
 }
 
 int xmlp_setNodeAttr(XMLP_NODE *node, const char *name, const char *value) {

@@ -1,5 +1,6 @@
 // Lists: nodes whose children are all named "item" and are told apart by their positions.
 
+#include "xmlp/attr_list.h"
 #include "xmlp/frame.h"
 #include "xmlp/memory.h"
 #include "xmlp/owned_node.h"
@@ -154,10 +155,9 @@ XMLP_NODE *_item2Node(const XMLP_ITEM *item) {
         node->value = value.release();
         node->valueSize = item->valueSize;
     }
-    for (uint32_t i = 0; item->attrs != nullptr && i < item->attrCount; ++i) {
-        if (xmlp_addNodeAttr(node.get(), item->attrs[i].name, item->attrs[i].value) != 0) {
-            return nullptr;
-        }
+    if (item->attrs != nullptr && item->attrCount > 0 &&
+        !addAttrs(node.get(), item->attrs, item->attrCount)) {
+        return nullptr;
     }
     return node.release();
 }

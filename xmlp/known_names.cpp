@@ -8,7 +8,7 @@ const KnownName *KnownNames::take(const char *name, size_t length) {
     const Words &mask = masks[length + 1];
     const Words words = {text.low & mask.low, text.high & mask.high};
     const uint64_t hash = (words.low ^ words.high * 31) * multiplier;
-    KnownName &known = places_[hash >> (64 - placeBits)];
+    KnownName &known = places_[static_cast<size_t>(hash >> (64 - placeBits))];
     if (known.words.low != words.low || known.words.high != words.high) {
         size_t offset = 0;
         if (!names_.intern({name, length}, offset)) {

@@ -35,13 +35,13 @@ inline Words wordsAt(const char *text) {
 
 // By number of bytes, the mask of that many at the start of two words.
 constexpr std::array<Words, wordsSize + 1> makeMasks() {
-    std::array<Words, wordsSize + 1> masks = {};
+    std::array<Words, wordsSize + 1> made = {};
     for (size_t count = 0; count <= wordsSize; ++count) {
         std::array<uint8_t, wordsSize> bytes = {};
         std::fill_n(bytes.begin(), count, uint8_t{0xFF});
-        masks[count] = std::bit_cast<Words>(bytes);
+        made[count] = std::bit_cast<Words>(bytes);
     }
-    return masks;
+    return made;
 }
 
 inline constexpr std::array<Words, wordsSize + 1> masks = makeMasks();

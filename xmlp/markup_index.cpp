@@ -10,6 +10,8 @@
 #if defined(__x86_64__)
 #include <cpuid.h>
 #include <immintrin.h>
+#elif defined(__ARM_NEON) && !defined(__ARM_BIG_ENDIAN)
+#include <arm_neon.h>
 #endif
 
 namespace velda::xmlp {
@@ -206,6 +208,54 @@ bool hasAvx2() {
 
 IndexMarkup bestIndexer() {
     return hasAvx2() ? indexMarkupByAvx2 : indexMarkupBySse2;
+}
+
+#elif defined(__ARM_NEON) && !defined(__ARM_BIG_ENDIAN)
+
+// From four times sixteen bytes, all bits set or none, to a mask.
+inline uint8x8_t maskByNeon(const uint8x16_t (&bytes)[4]) {
+    constexpr uint8_t bits[16] = {1, 2, 4, 8, 16, 32, 64, 128, 1, 2, 4, 8, 16, 32, 64, 128};
+    const uint8x16_t bitOf = vld1q_u8(bits);
+    const auto pairsOf = [bitOf](uint8x16_t part) {
+        const uint8x16_t own = vandq_u8(part, bitOf);
+        return vpadd_u8(vget_low_u8(own), vget_high_u8(own));
+    };
+    return vpadd_u8(vpadd_u8(pairsOf(bytes[0]), pairsOf(bytes[1])),
+                    vpadd_u8(pairsOf(bytes[2]), pairsOf(bytes[3])));
+}
+
+inline uint64_t wordOf(uint8x8_t bytes) {
+    return vget_lane_u64(vreinterpret_u64_u8(bytes), 0);
+}
+
+inline size_t countByNeon(uint8x8_t mask) {
+    const uint64x1_t count = vpaddl_u32(vpaddl_u16(vpaddl_u8(vcnt_u8(mask))));
+    return static_cast<size_t>(vget_lane_u64(count, 0));
+}
+
+inline Markup markupByNeon(const char *block) {
+    const auto *bytes = reinterpret_cast<const uint8_t *>(block);
+    const uint8x16_t parts[4] = {vld1q_u8(bytes), vld1q_u8(bytes + 16), vld1q_u8(bytes + 32),
+                                 vld1q_u8(bytes + 48)};
+    const auto maskOf = [&parts](uint8_t byte) {
+        const uint8x16_t all = vdupq_n_u8(byte);
+        return maskByNeon({vceqq_u8(parts[0], all), vceqq_u8(parts[1], all),
+                           vceqq_u8(parts[2], all), vceqq_u8(parts[3], all)});
+    };
+    const uint8x8_t less = maskOf('<');
+    const uint8x8_t greater = maskOf('>');
+    const uint8x16_t all = vorrq_u8(vorrq_u8(parts[0], parts[1]), vorrq_u8(parts[2], parts[3]));
+    const uint64_t any = wordOf(vorr_u8(vget_low_u8(all), vget_high_u8(all)));
+    return {wordOf(less), wordOf(greater), countByNeon(less), countByNeon(greater),
+            (any & everyByte << 7) != 0};
+}
+
+size_t indexMarkupByNeon(const char *text, size_t size, uint16_t *offsets, MarkupSummary &summary) {
+    return indexBlocks<markupByNeon>(text, size, offsets, summary);
+}
+
+IndexMarkup bestIndexer() {
+    return indexMarkupByNeon;
 }
 
 #else

@@ -96,9 +96,6 @@ bool NameTable::growIndex(size_t moreEntries) {
         }
         count = *doubled;
     }
-    if (count == slotCount_) {
-        return true;
-    }
     Owned<Slot> old(static_cast<Slot *>(std::calloc(count, sizeof(Slot))));
     if (old == nullptr) {
         return false;

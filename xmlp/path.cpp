@@ -1,5 +1,6 @@
 // Elements named by slash paths, and the calls that read and change a document through them.
 
+#include "xmlp/attr_list.h"
 #include "xmlp/frame.h"
 #include "xmlp/memory.h"
 #include "xmlp/owned_node.h"
@@ -23,10 +24,8 @@ OwnedNode makeNode(const char *name, const XMLP_VALUE *value, const XMLP_ATTR_PA
         }
         node->type = XMLP_TYPE_LEAF;
     }
-    for (uint32_t i = 0; attrs != nullptr && i < attrCount; ++i) {
-        if (xmlp_addNodeAttr(node.get(), attrs[i].name, attrs[i].value) != 0) {
-            return nullptr;
-        }
+    if (attrs != nullptr && attrCount > 0 && !addAttrs(node.get(), attrs, attrCount)) {
+        return nullptr;
     }
     return node;
 }

@@ -34,6 +34,7 @@ public:
             const bool isParent = number < elements_.size() && elements_[number].parent == number;
             if (isParent) {
                 if (!enclosing_.push(parent)) {
+                    XMLP_REPORT_FOR("xmlp_parse", "malloc failed.");
                     return false;
                 }
                 parent = {number, node};

@@ -61,11 +61,14 @@ public:
     }
 
 private:
-    // Room for as many records as there will be if a text of this size goes on like its first stretch.
+    // Room for as many records as there will be if a text of this size goes on like its first stretch,
+    // but not for more than one would expect: the stretch may be the densest of all.
     bool reserveForWhole(size_t size) {
+        constexpr size_t textBytesPerRecord = 16;
+        const size_t most = size / textBytesPerRecord;
         const size_t more = size / stretchSize;
-        return scanned_.elements.makeRoom(more * scanned_.elements.size()) &&
-               scanned_.attributes.makeRoom(more * scanned_.attributes.size());
+        return scanned_.elements.makeRoom(std::min(more * scanned_.elements.size(), most)) &&
+               scanned_.attributes.makeRoom(std::min(more * scanned_.attributes.size(), most));
     }
 
     ScanResult takeTags(const char *stretch, std::span<const uint16_t> offsets) {
@@ -114,7 +117,8 @@ private:
             if (tag < tagEnd_) {
                 return ScanResult::declined;
             }
-            result = tag[1] == '/' ? takeEndTag(tag) : takeAnyStartTag(tag + 1);
+            const bool isEndTag = end_ - tag > 1 && tag[1] == '/';
+            result = isEndTag ? takeEndTag(tag) : takeAnyStartTag(tag + 1);
         }
         return result;
     }

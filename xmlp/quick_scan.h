@@ -1,4 +1,4 @@
-// The quick road of a static parse: one pass that checks, interns and records every element.
+// The quick road of a parse: one pass that checks, interns and records every element.
 //
 // It takes sound texts only. Whatever it does not like, a fault, a tag out of the ordinary or a '<'
 // that a scan by character steps might pass over, it declines without a word, and the plain road

@@ -9,7 +9,8 @@ namespace velda::xmlp {
 
 const char *findMarkup(const char *position, const char *end) {
     while (position < end && *position != '<' && *position != '>') {
-        position += std::min<std::ptrdiff_t>(characterLength(*position), end - position);
+        position +=
+            std::min(static_cast<std::ptrdiff_t>(characterLength(*position)), end - position);
     }
     return position;
 }

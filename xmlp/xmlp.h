@@ -149,7 +149,8 @@ void xmlp_releaseDoc(XMLP_DOC *doc);
  *   inside an attribute), "attr name existed.", "invalid value." (an unknown reference in a text),
  *   "single element is named item." (an item beside other elements), "tag name is not item."
  *   (another element in a list, or any element in an item).
- * A fault in the structure of tags is followed by "error xml tag." for every enclosing element. */
+ * A fault in the structure of tags is followed by "error xml tag." for every enclosing element.
+ * Only where there is no memory for the text of an element of a dynamic tree no line is printed. */
 XMLP_TREE *xmlp_parse(const char *xmlBuf, uint32_t len, uint32_t isStatic);
 
 /* As xmlp_parse, with the tree in a new handle. `refCount` is 0. */

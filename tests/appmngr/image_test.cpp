@@ -27,7 +27,7 @@ protected:
 std::string imageOf(const Case &test) {
     std::string text = test.text("text", smallDocument());
     text.resize(std::max(text.size(), test.size("filled")), ' ');
-    const long declared = static_cast<long>(text.size()) + test.number("more");
+    const int64_t declared = static_cast<int64_t>(text.size()) + test.number("more");
     std::string image = packImage(text, static_cast<uint64_t>(test.number("declared", declared)));
     if (test.has("length")) {
         image.replace(0, 4, bigEndian(static_cast<uint32_t>(test.number("length"))));
@@ -56,7 +56,9 @@ TEST_F(Image, BuffersOfTextAreUsedAgain) {
     ASSERT_EQ(appmngr_file_alloc(), 0);
     EXPECT_EQ(g_appmngr_appDbXml, text);
     EXPECT_EQ(text[0], '\0');
+    errorsOf([] { EXPECT_EQ(_appmngr_readAppDb(), -1); });
     appmngr_file_free();
+    EXPECT_NE(outputOf([] { EXPECT_EQ(appmngr_analyzeDbFile(), -1); }), "") << "without a text";
     const std::string error = errorsOf([] { EXPECT_EQ(_appmngr_readAppDb(), -1); });
     EXPECT_EQ(error.substr(0, 18), "read db flash fail") << "without buffers";
 }
@@ -68,7 +70,6 @@ TEST_F(Image, NeedsAFile) {
     EXPECT_EQ(errorsOf([&] { output = outputOf([] { appmngr_load_database(); }); }),
               "read db flash fail\n: No such file or directory\n");
     EXPECT_EQ(output, "[Error](_appmngr_readFromDatabase) 2570: _appmngr_readAppDb failed\n");
-    EXPECT_EQ(appmngr_checkDbPath(nullptr), -1);
 }
 
 } // namespace

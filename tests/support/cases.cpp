@@ -45,8 +45,8 @@ std::string Case::text(const std::string &key, const std::string &otherwise) con
     return has(key) ? lines(key).substr(0, lines(key).size() - 1) : otherwise;
 }
 
-long Case::number(const std::string &key, long otherwise) const {
-    return has(key) ? std::stol(text(key)) : otherwise;
+int64_t Case::number(const std::string &key, int64_t otherwise) const {
+    return has(key) ? std::stoll(text(key)) : otherwise;
 }
 
 std::vector<Case> readCases(const std::string &name) {

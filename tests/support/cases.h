@@ -1,6 +1,7 @@
 // Test cases kept in data files; tests/data/README.md describes their format.
 #pragma once
 
+#include <cstdint>
 #include <gtest/gtest.h>
 #include <map>
 #include <string>
@@ -19,7 +20,7 @@ public:
     // Every value with a newline behind it; nothing for a key that is not there.
     std::string lines(const std::string &key) const;
 
-    long number(const std::string &key, long otherwise = 0) const;
+    int64_t number(const std::string &key, int64_t otherwise = 0) const;
     int32_t int32(const std::string &key) const { return static_cast<int32_t>(number(key)); }
     size_t size(const std::string &key) const { return static_cast<size_t>(number(key)); }
 

@@ -20,10 +20,6 @@ Lines lineListOf(Action action) {
     return lines;
 }
 
-inline Doc parseDynamic(const std::string &text) {
-    return Doc(xmlp_loadDoc(text.c_str(), static_cast<uint32_t>(text.size()), 0));
-}
-
 // A document written without white space.
 inline std::string documentText(XMLP_DOC *doc) {
     uint32_t length = 0;

@@ -1,32 +1,58 @@
 #include "tests/support/failing_memory.h"
 
-#include <cstdlib>
+#include <cerrno>
 #include <cstring>
 #include <unordered_set>
+#include <utility>
+
+// The C library's functions, or those of a sanitizer.
+#define JOIN(prefix, function) prefix##function
+#define JOIN_EXPANDED(prefix, function) JOIN(prefix, function)
+#define REAL(function) JOIN_EXPANDED(VELDA_MALLOC_PREFIX, function)
+
+extern "C" {
+void *REAL(malloc)(size_t size);
+void *REAL(calloc)(size_t count, size_t size);
+void *REAL(realloc)(void *block, size_t size);
+void REAL(free)(void *block);
+}
 
 namespace {
 
-constexpr size_t never = static_cast<size_t>(-1);
+bool isCounting = false;
+bool isInside = true; // the set's own nodes are let through, and all before there is a set
+bool hasFailed = false;
+size_t untilFailure = 0;
 
-size_t untilFailure = never;
+// Never destroyed: blocks are freed to the very end.
+std::unordered_set<void *> &blocks() {
+    static auto &obtained = *new std::unordered_set<void *>;
+    return obtained;
+}
 
-// Blocks that the code under test holds. The dependencies' own are not seen being made, so they
-// must not be counted when they are freed here. (The set's nodes come from the C++ run-time
-// library, which is not wrapped.)
-std::unordered_set<void *> &liveSet() {
-    static std::unordered_set<void *> blocks;
-    return blocks;
+void change(void *gone, void *obtained) {
+    if (!std::exchange(isInside, true)) {
+        blocks().erase(gone);
+        if (obtained != nullptr) {
+            blocks().insert(obtained);
+        }
+        isInside = false;
+    }
 }
 
 // From the failure on there is memory again.
-bool mayAllocate() {
-    return untilFailure == never || untilFailure-- > 0;
-}
-
-void *counted(void *block) {
-    if (block != nullptr) {
-        liveSet().insert(block);
+template <class Obtain>
+void *counted(Obtain obtain, void *replaced = nullptr) {
+    if (!isCounting || isInside) {
+        return obtain();
     }
+    if (!hasFailed && untilFailure-- == 0) {
+        hasFailed = true;
+        errno = ENOMEM;
+        return nullptr;
+    }
+    void *block = obtain();
+    change(replaced, block);
     return block;
 }
 
@@ -34,52 +60,46 @@ void *counted(void *block) {
 
 extern "C" {
 
-void *__real_malloc(size_t size);
-void *__real_calloc(size_t count, size_t size);
-void *__real_realloc(void *block, size_t size);
-void __real_free(void *block);
-
-void *__wrap_malloc(size_t size) {
-    return mayAllocate() ? counted(__real_malloc(size)) : nullptr;
+void *malloc(size_t size) {
+    return counted([&] { return REAL(malloc)(size); });
 }
 
-void *__wrap_calloc(size_t count, size_t size) {
-    return mayAllocate() ? counted(__real_calloc(count, size)) : nullptr;
+void *calloc(size_t count, size_t size) {
+    return counted([&] { return REAL(calloc)(count, size); });
 }
 
-void *__wrap_realloc(void *block, size_t size) {
-    if (!mayAllocate()) {
-        return nullptr;
-    }
-    liveSet().erase(block);
-    return counted(__real_realloc(block, size));
+void *realloc(void *block, size_t size) {
+    return counted([&] { return REAL(realloc)(block, size); }, block);
 }
 
-void __wrap_free(void *block) {
-    liveSet().erase(block);
-    __real_free(block);
+void free(void *block) {
+    change(block, nullptr);
+    REAL(free)(block);
 }
 
-char *__wrap_strdup(const char *text) {
-    void *copy = __wrap_malloc(std::strlen(text) + 1);
-    return copy != nullptr ? std::strcpy(static_cast<char *>(copy), text) : nullptr;
+// A sanitizer's would not come here for its memory.
+char *strdup(const char *text) {
+    const size_t size = std::strlen(text) + 1;
+    void *copy = malloc(size);
+    return copy != nullptr ? static_cast<char *>(std::memcpy(copy, text, size)) : nullptr;
 }
 
 } // extern "C"
 
-size_t liveBlocks() {
-    return liveSet().size();
+void beginCounting(size_t allowed) {
+    isInside = true;
+    blocks().clear();
+    isInside = false;
+    untilFailure = allowed;
+    hasFailed = false;
+    isCounting = true;
 }
 
-size_t failEachAllocation(const std::function<void()> &action, const std::function<void()> &check) {
-    for (size_t index = 0;; ++index) {
-        untilFailure = index;
-        action();
-        const bool hasFailed = untilFailure == never;
-        untilFailure = never;
-        if (!hasFailed) {
-            return index;
-        }
-        check();
-    }
+bool endCounting() {
+    isCounting = false;
+    return hasFailed;
+}
+
+size_t blocksLeft() {
+    return blocks().size();
 }

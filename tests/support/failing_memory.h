@@ -1,13 +1,14 @@
-// Makes an allocation fail. Every malloc, calloc, realloc and strdup of the code under test is
-// counted; the test program is linked with wrappers for them.
+// Makes an allocation fail. The test program brings its own malloc, so that every allocation of the
+// code under test counts, those of the libraries that it calls among them.
 #pragma once
 
 #include <cstddef>
-#include <functional>
 
-// Blocks that wrapped code has obtained and not freed.
-size_t liveBlocks();
+// From here on, after `allowed` allocations, one fails.
+void beginCounting(size_t allowed);
 
-// Runs `action` with its first, second, third ... allocation failing until it needs no more, and
-// `check` after each failure. Gives the number of failures.
-size_t failEachAllocation(const std::function<void()> &action, const std::function<void()> &check);
+// No more do. True when one has failed.
+bool endCounting();
+
+// Blocks obtained while allocations were counted and not freed yet.
+size_t blocksLeft();

@@ -1,13 +1,25 @@
 #include "tests/support/trees.h"
 
-#include <cstring>
+#include "tests/support/bounds.h"
+
 #include <gtest/gtest.h>
 
+namespace {
+
+// The NUL behind the text is the last byte that can be read.
+Doc parse(const std::string &text, uint32_t isStatic) {
+    const Guarded copy({text.c_str(), text.size() + 1});
+    return Doc(xmlp_loadDoc(copy.data(), static_cast<uint32_t>(text.size()), isStatic));
+}
+
+} // namespace
+
 Doc parseStatic(const std::string &text) {
-    // A copy whose end a sanitizer guards.
-    const auto copy = std::make_unique<char[]>(text.size() + 1);
-    std::memcpy(copy.get(), text.c_str(), text.size() + 1);
-    return Doc(xmlp_loadDoc(copy.get(), static_cast<uint32_t>(text.size()), 1));
+    return parse(text, 1);
+}
+
+Doc parseDynamic(const std::string &text) {
+    return parse(text, 0);
 }
 
 std::string treeText(const XMLP_NODE *root) {

@@ -18,7 +18,9 @@ T field(T value) {
     return value;
 }
 
+// Parse a copy of the text behind which nothing can be read.
 Doc parseStatic(const std::string &text);
+Doc parseDynamic(const std::string &text);
 
 // A tree in one line: every element as name:type, then [name=value ...] of its attributes (a name
 // alone for one without value), "text" and (children). Types are N, B, L(eaf), S (list) and I(tem).

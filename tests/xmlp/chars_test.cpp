@@ -1,3 +1,4 @@
+#include "tests/support/bounds.h"
 #include "tests/support/capture.h"
 #include "tests/support/cases.h"
 #include "xmlp/xmlp_internal.h"
@@ -32,14 +33,11 @@ TEST(Bytes, BelongToTheirClasses) {
 
 TEST(Bytes, ComparesNamesToTheEnd) {
     forEachCase("names.cases", [](const Case &test) {
-        // Copies of exact size, so that a sanitizer sees a read past either.
         const std::string name = test.text("name");
         const std::string stored = test.text("stored");
-        const auto exactName = std::make_unique<char[]>(name.size());
-        std::copy(name.begin(), name.end(), exactName.get());
-        const auto exactStored = std::make_unique<char[]>(stored.size() + 1);
-        std::copy(stored.begin(), stored.end(), exactStored.get());
-        EXPECT_EQ(xmlp_nameCmp(exactName.get(), lengthOf(name), exactStored.get()),
+        const Guarded guarded(name);
+        const Guarded guardedStored(stored + '\0');
+        EXPECT_EQ(xmlp_nameCmp(guarded.data(), lengthOf(name), guardedStored.data()),
                   name == stored ? 0 : -1);
     });
 }
@@ -89,7 +87,7 @@ TEST(Entities, EscapeEveryByteAtEveryPlace) {
 TEST(Entities, RefuseOtherReferences) {
     for (const std::string_view text : {"&", "x&y", "&LT;", "&quot;", "&#60;", "&lt", "&amp", "&am",
                                         "&l", "a&lt;&gt", "&amp;&"}) {
-        const std::vector<char> exact(text.begin(), text.end());
+        const Guarded exact(text);
         char buffer[16];
         EXPECT_EQ(xmlp_unTransStrLen(exact.data(), lengthOf(text)), 0u) << text;
         EXPECT_EQ(xmlp_unTransStr(buffer, exact.data(), lengthOf(text)), nullptr) << text;

@@ -1,8 +1,8 @@
 // What texts are accepted, what becomes of them, and what is said of those that are refused.
 
-#include "tests/support/capture.h"
+#include "tests/support/bounds.h"
 #include "tests/support/cases.h"
-#include "tests/support/trees.h"
+#include "tests/support/documents.h"
 #include "xmlp/xmlp_internal.h"
 
 namespace {
@@ -21,17 +21,30 @@ TEST(Dialect, AcceptsOrRefusesWithLines) {
     });
 }
 
-TEST(Dialect, ChecksMillionsOfLevels) {
+TEST(Dialect, TakesMillionsOfElementsOnASmallStack) {
     forEachCase("deep.cases", [](const Case &test) {
-        Doc doc;
-        const std::string output = outputOf([&] { doc = parseStatic(test.text("text")); });
-        EXPECT_EQ(std::count(output.begin(), output.end(), '\n'), test.number("lines"));
-        long levels = 0;
-        const XMLP_NODE *node = doc == nullptr ? nullptr : doc->tree->rootNode;
-        for (; node != nullptr; node = node->firstChild) {
-            ++levels;
+        const std::string text = test.text("text");
+        for (const auto parse : {parseStatic, parseDynamic}) {
+            Doc doc;
+            const std::string output = outputOf([&] { onSmallStack([&] { doc = parse(text); }); });
+            EXPECT_EQ(std::count(output.begin(), output.end(), '\n'), test.number("lines"));
+            long levels = doc == nullptr ? 0 : 1;
+            std::string path;
+            const XMLP_NODE *node = doc == nullptr ? nullptr : doc->tree->rootNode;
+            for (; levels > 0 && node->firstChild != nullptr; ++levels) {
+                node = node->firstChild;
+                path.append("/").append(node->name);
+            }
+            EXPECT_EQ(levels, test.number("levels"));
+            onSmallStack([&] {
+                if (doc != nullptr) {
+                    EXPECT_EQ(xmlp_seekXml(doc.get(), path.c_str()), node);
+                    EXPECT_EQ(xmlp_getChildNodeCount(node->parent), test.number("children"));
+                    EXPECT_EQ(documentText(doc.get()), text);
+                }
+                doc.reset();
+            });
         }
-        EXPECT_EQ(levels, test.number("levels"));
     });
 }
 

@@ -59,9 +59,6 @@ TEST(Serialize, WritesSingleElements) {
     const XMLP_NODE *r = doc->tree->rootNode->firstChild;
     EXPECT_EQ(std::string(buffer, _tree2Xml(r, buffer)), "<r><a>1</a></r>");
     EXPECT_EQ(std::string(buffer, _tree2FormatXml(r, buffer, 1)), "  <r>\n    <a>1</a>\n  </r>\n");
-    EXPECT_EQ(_tree2Xml(nullptr, buffer), buffer);
-    EXPECT_EQ(lineListOf([&] { EXPECT_EQ(_tree2FormatXml(r, nullptr, 0), nullptr); }),
-              Lines{"_tree2FormatXml: buf is null."});
 }
 
 TEST(Serialize, RefusesTextsBeyond4GiB) {
@@ -73,7 +70,6 @@ TEST(Serialize, RefusesTextsBeyond4GiB) {
     }
     const Doc doc = parseDynamic(text + "x" + closing);
     ASSERT_NE(doc, nullptr);
-    EXPECT_EQ(written(doc.get(), true), text + "x" + closing);
     uint32_t length = 0;
     EXPECT_EQ(lineListOf([&] { EXPECT_EQ(xmlp_dumpDoc(doc.get(), 0, &length), nullptr); }),
               Lines{"xmlp_tree2Xml: malloc failed."}); // two spaces a level make 20 GB

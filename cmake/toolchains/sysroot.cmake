@@ -1,0 +1,14 @@
+# For the toolchains beside this file: libraries from what scripts/sysroot has unpacked.
+set(VELDA_SYSROOT ${CMAKE_CURRENT_LIST_DIR}/../../build/sysroot/${VELDA_DEBIAN_ARCHITECTURE})
+cmake_path(ABSOLUTE_PATH VELDA_SYSROOT NORMALIZE)
+
+set(CMAKE_FIND_ROOT_PATH ${VELDA_SYSROOT})
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+foreach(language C CXX)
+    set(CMAKE_${language}_LIBRARY_ARCHITECTURE ${VELDA_TRIPLET})
+    set(CMAKE_${language}_STANDARD_INCLUDE_DIRECTORIES
+        ${VELDA_SYSROOT}/usr/include ${VELDA_SYSROOT}/usr/include/${VELDA_TRIPLET})
+endforeach()

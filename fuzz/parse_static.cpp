@@ -1,0 +1,69 @@
+// Static trees: what the quick road takes it must take as the plain road does, down to the layout of
+// the block, however markup is found. A first byte of 1 puts the text across the edge of a stretch: the
+// second byte tells how many bytes of it stand before the edge.
+
+#include "fuzz/trees.h"
+#include "xmlp/quick_tree.h"
+#include "xmlp/static_tree.h"
+#include "xmlp/xmlp_internal.h"
+
+#include <string>
+
+using namespace fuzz;
+using velda::xmlp::QuickTree;
+
+namespace {
+
+struct FreeStatic {
+    void operator()(XMLP_NODE *root) const { xmlp_delStree(root); }
+};
+
+using StaticTree = std::unique_ptr<XMLP_NODE, FreeStatic>;
+
+const velda::xmlp::IndexMarkup indexers[] = {velda::xmlp::markupIndexer(),
+                                             velda::xmlp::indexMarkupPortably};
+
+std::string bodyOf(Input input) {
+    std::string body(input.take(1));
+    if (body == "\x01") {
+        body.assign(velda::xmlp::stretchSize - input.byte(), ' ');
+    }
+    return body.append(input.rest());
+}
+
+void checkBody(std::string_view body) {
+    StaticTree plain;
+    if (_checkXml(body.data(), body.data() + body.size()) == 0) {
+        plain.reset(velda::xmlp::buildStaticTree(body));
+    }
+    FUZZ_REQUIRE(plain != nullptr || hasPrinted("[ERROR]"));
+    forgetPrinted();
+    for (const auto indexer : indexers) {
+        XMLP_NODE *root = nullptr;
+        const QuickTree result = velda::xmlp::buildStaticTreeQuickly(body, indexer, root);
+        const StaticTree quick(root);
+        FUZZ_REQUIRE(printed().empty());
+        FUZZ_REQUIRE((result == QuickTree::built) == (root != nullptr));
+        if (root != nullptr) {
+            FUZZ_REQUIRE(plain != nullptr);
+            requireWhole(root);
+            requireSameBlock(root, plain.get());
+        }
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size);
+
+int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
+    const size_t before = liveBlocks();
+    const Text text(bodyOf(Input(data, size)));
+    forgetPrinted();
+    checkBody({text.data(), text.size()});
+    forgetPrinted();
+    const bool isLoaded = parse(text, 1) != nullptr;
+    FUZZ_REQUIRE(isLoaded == printed().empty());
+    FUZZ_REQUIRE(liveBlocks() == before);
+    return 0;
+}
