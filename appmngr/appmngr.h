@@ -19,6 +19,9 @@
 
 #include <stdint.h>
 
+/* Shared libraries show what stands here and nothing else. */
+#pragma GCC visibility push(default)
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -309,5 +312,7 @@ int appmngr_childnode_handler(XMLP_NODE *node, void *param);
 #ifdef __cplusplus
 }
 #endif
+
+#pragma GCC visibility pop
 
 #endif

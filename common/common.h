@@ -8,9 +8,18 @@
 
 #include <stdint.h>
 
+/* Shared libraries show what stands here and nothing else. */
+#pragma GCC visibility push(default)
+
 #ifdef __cplusplus
 extern "C" {
 #endif
+
+/* ---- Version --------------------------------------------------------------------------------- */
+
+/* The version of the library in use, such as "1.2.3". A constant text. What a program is compiled
+ * against is told by the macros of common/version.h, which the build makes. */
+const char *velda_version(void);
 
 /* ---- Result codes ---------------------------------------------------------------------------- */
 
@@ -134,5 +143,7 @@ void appmngr_bitmap_and(uint32_t *dst, const uint32_t *src); /* dst becomes dst 
 #ifdef __cplusplus
 }
 #endif
+
+#pragma GCC visibility pop
 
 #endif

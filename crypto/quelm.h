@@ -13,6 +13,9 @@
 
 #include <stdint.h>
 
+/* Shared libraries show what stands here and nothing else. */
+#pragma GCC visibility push(default)
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -86,5 +89,7 @@ int quelm_md5_des_file(const char *inputPath, const char *outputPath, int encryp
 #ifdef __cplusplus
 }
 #endif
+
+#pragma GCC visibility pop
 
 #endif

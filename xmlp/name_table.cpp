@@ -152,13 +152,15 @@ bool NameTable::append(std::string_view string, size_t place, Slot *slot, uint32
 }
 
 NameTable::Slot *NameTable::findSlot(std::string_view string) const {
-    Slot *slot = nullptr;
+    size_t place = entrySize(string.size()) / wordSize; // an entry has a word at least
     uint32_t rest = 0;
-    for (size_t place = entrySize(string.size()) / wordSize; place-- > 0;) {
-        slot = lookUp(entryWord(string, place), rest);
+    while (true) {
+        Slot *slot = lookUp(entryWord(string, --place), rest);
+        if (place == 0) {
+            return slot;
+        }
         rest = slot->position;
     }
-    return slot;
 }
 
 size_t NameTable::find(std::string_view string) const {

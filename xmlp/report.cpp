@@ -37,7 +37,7 @@ void report(const char *function, int line, const char *format, ...) {
         size_t length = static_cast<size_t>(std::snprintf(text, room, begin, function, line));
         length = std::min(length, room - 1);
         std::vsnprintf(text + length, room - length, format, arguments);
-        std::strcat(text, end);
+        std::memcpy(text + std::strlen(text), end, sizeof end);
         chosenReport(text, chosenContext);
     }
     va_end(arguments);

@@ -20,6 +20,9 @@
 
 #include <stdint.h>
 
+/* Shared libraries show what stands here and nothing else. */
+#pragma GCC visibility push(default)
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -402,5 +405,7 @@ char *xmlp_unTransStr(char *dst, const char *src, uint32_t len);
 #ifdef __cplusplus
 }
 #endif
+
+#pragma GCC visibility pop
 
 #endif
