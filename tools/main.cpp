@@ -1,8 +1,10 @@
 // velda-dbtool: work on database images at a desk.
 
+#include "common/common.h"
 #include "tools/commands.h"
 #include "tools/complain.h"
 #include "tools/database.h"
+#include "tools/text.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -25,7 +27,7 @@ int runCommand(int argc, char **argv) {
         return print(usageOf(nullptr));
     }
     if (word == "--version") {
-        return print("velda-dbtool " VELDA_VERSION "\n");
+        return print(joined({"velda-dbtool ", velda_version(), "\n"}));
     }
     if (word == "--commands") {
         return print(commandWords());
