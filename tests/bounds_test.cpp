@@ -136,7 +136,7 @@ TEST(Bounds, OfTextsAreKeptWhereverTheyEnd) {
 
 // An argument for a call of which one pointer is null: other pointers lead to zeros, numbers are 1.
 template <class Argument>
-Argument argument(int place, int nullPlace) {
+Argument argument(size_t place, size_t nullPlace) {
     static uint64_t zeros[64];
     if constexpr (std::is_pointer_v<Argument>) {
         return place == nullPlace ? nullptr : reinterpret_cast<Argument>(zeros);
@@ -145,10 +145,10 @@ Argument argument(int place, int nullPlace) {
     }
 }
 
-template <class Result, class... Arguments, int... places>
-std::string callWithNulls(Result (*call)(Arguments...), std::integer_sequence<int, places...>) {
+template <class Result, class... Arguments, size_t... places>
+std::string callWithNulls(Result (*call)(Arguments...), std::index_sequence<places...>) {
     std::string all;
-    int place = 0;
+    size_t place = 0;
     const auto callOnce = [&] {
         if constexpr (std::is_void_v<Result>) {
             call(argument<Arguments>(places, place)...);
@@ -170,7 +170,7 @@ std::string callWithNulls(Result (*call)(Arguments...), std::integer_sequence<in
 
 template <class Result, class... Arguments>
 std::string withNulls(Result (*call)(Arguments...)) {
-    return callWithNulls(call, std::make_integer_sequence<int, sizeof...(Arguments)>());
+    return callWithNulls(call, std::make_index_sequence<sizeof...(Arguments)>());
 }
 
 // clang-format off
