@@ -44,8 +44,8 @@ private:
 
     // Its place, or the free one that it would get.
     size_t find(const void *block) const {
-        const auto hash = (reinterpret_cast<uintptr_t>(block) >> 4) * 0x9E3779B97F4A7C15U;
-        size_t place = (hash >> 32) & (places_.size() - 1);
+        const uint64_t hash = (reinterpret_cast<uintptr_t>(block) >> 4) * 0x9E3779B97F4A7C15U;
+        size_t place = static_cast<size_t>(hash >> 32) & (places_.size() - 1);
         while (places_[place] != nullptr && places_[place] != block) {
             place = next(place);
         }

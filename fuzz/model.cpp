@@ -63,7 +63,7 @@ void writeModel() {
     const std::string_view list = writtenFile();
     FUZZ_REQUIRE(list.substr(0, list.find('\n')) ==
                  std::string_view(g_appmngr_appDb.ver).substr(0, list.find('\n')));
-    FUZZ_REQUIRE(std::count(list.begin(), list.end(), '\n') > g_appmngr_appDb.appCount);
+    FUZZ_REQUIRE(std::count(list.begin(), list.end(), '\n') > int64_t{g_appmngr_appDb.appCount});
     appmngr_createJsonDb();
     FUZZ_REQUIRE(endsWith(writtenFile(), "]\n}\n"));
     FUZZ_REQUIRE(endsWith(printed(), "success!\n"));

@@ -16,17 +16,17 @@ namespace {
 
 // The results of operations, which free what they are given. -1 for null.
 
-long freed(XMLP_VALUE *values, uint32_t count) {
+int64_t freed(XMLP_VALUE *values, uint32_t count) {
     count > 0 ? xmlp_freeValueArray(values, count) : std::free(values);
-    return values != nullptr ? long{count} : -1;
+    return values != nullptr ? int64_t{count} : -1;
 }
 
-long freed(char *text) {
+int64_t freed(char *text) {
     std::free(text);
     return text != nullptr ? 0 : -1;
 }
 
-long freed(long result, char *text) {
+int64_t freed(int64_t result, char *text) {
     std::free(text);
     return result;
 }
@@ -48,7 +48,7 @@ std::string deepText(int depth, int attributes, const std::string &innermost) {
 }
 
 using D = XMLP_DOC *;
-using Operation = std::function<long(D)>;
+using Operation = std::function<int64_t(D)>;
 
 // A text whose '<' within a character sends a parse to the plain road.
 const std::string hidden = "<h>\xE0<b&amp;</h>";
@@ -111,7 +111,7 @@ std::map<std::string, Operation> operations = {
     {"addItem", [](D d) { return xmlp_addItem(d, "/r/l", items, 0, 2); }},
     {"getItemAttr", [](D d) {
         asked = {"b", nullptr};
-        const long result = xmlp_getItemAttr(d, "/r/l", XMLP_POS_RANGE, &asked, &first, 1);
+        const int64_t result = xmlp_getItemAttr(d, "/r/l", XMLP_POS_RANGE, &asked, &first, 1);
         return freed(result, asked.value); }},
     {"setItemAttr",
      [](D d) { return xmlp_setItemAttr(d, "/r/l", XMLP_POS_RANGE, known, &first, 2); }},
@@ -166,7 +166,7 @@ protected:
         appmngr_checkDbPath("image");
         outputOf([] { EXPECT_EQ(appmngr_load_database(), 0); });
         const auto before = stateOf(doc);
-        long result = 0;
+        int64_t result = 0;
         bool isFailed = false;
         std::string lines;
         const std::string errors = errorsOf([&] {
