@@ -12,7 +12,7 @@
 #include "bench/table.h"
 
 #include "appmngr/appmngr.h"
-#include "tools/pack.h"
+#include "tools/image_text.h"
 #include "xmlp/xmlp.h"
 
 #include <fcntl.h>
@@ -229,10 +229,15 @@ public:
 
     // The path of an image of a text; empty when there is none.
     std::string pack(const std::string &name, const std::string &text) {
-        const std::string xml = folder_ / "text.xml";
-        const std::string image = folder_ / (name + ".img");
-        std::ofstream(xml, std::ios::binary) << text;
-        return packDatabase(xml.c_str(), image.c_str()) ? image : "";
+        const std::string path = folder_ / (name + ".img");
+        Input document;
+        document.name = name;
+        document.bytes = text;
+        const auto image = encodeImage(document);
+        if (image) {
+            std::ofstream(path, std::ios::binary) << *image;
+        }
+        return image ? path : "";
     }
 
 private:
