@@ -21,6 +21,10 @@ void runCases(const char *file) {
     setenv("IMAGES", VELDA_SAMPLE_IMAGES, 1);
     forEachCase(file, [](const Case &test) {
         const TemporaryFolder folder;
+        const std::string terminal = "script -qc true typescript </dev/null";
+        if (test.has("terminal") && run(terminal, folder.path("")).status != 0) {
+            return; // a machine without terminals
+        }
         writeFile(folder.path("image"), packImage(smallDocument()));
         writeFile(folder.path("document.xml"), smallDocument());
         writeFile(folder.path("list"), "old\n");
