@@ -14,8 +14,8 @@
 #ifndef VELDA_APPMNGR_APPMNGR_H
 #define VELDA_APPMNGR_APPMNGR_H
 
-#include "common/common.h"
-#include "xmlp/xmlp.h"
+#include "../common/common.h"
+#include "../xmlp/xmlp.h"
 
 #include <stdint.h>
 
