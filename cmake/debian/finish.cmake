@@ -31,11 +31,15 @@ function(finish root package)
     file(WRITE ${doc}/changelog.Debian
 "velda-db-parser (${CPACK_PACKAGE_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}) unstable; urgency=medium
 
-  * Version ${CPACK_PACKAGE_VERSION}; CHANGELOG.md in libvelda-db-dev tells what is new.
+  * Version ${CPACK_PACKAGE_VERSION}; changelog.gz in libvelda-db-dev tells what is new.
 
  -- ${CPACK_PACKAGE_CONTACT}  ${date}
 ")
     compress(${doc}/changelog.Debian)
+    if(EXISTS ${doc}/CHANGELOG.md)
+        file(RENAME ${doc}/CHANGELOG.md ${doc}/changelog)
+        compress(${doc}/changelog)
+    endif()
 
     file(GLOB pages ${share}/man/man*/*.[0-9])
     foreach(page IN LISTS pages)
