@@ -67,14 +67,24 @@ endif()
 # ---- For CMake: find_package(velda-db) -----------------------------------------------------------
 
 # What those who link static libraries must have; shared ones bring it themselves.
-set(velda_needs_lzma OFF)
-set(velda_needs_crypto OFF)
+set(velda_appmngr_needs "")
+set(velda_quelm_needs "")
+set(velda_appmngr_uses_quelm OFF)
+if(TARGET velda_appmngr)
+    get_target_property(linked velda_appmngr LINK_LIBRARIES)
+    if(linked MATCHES "quelm") # not without the container
+        set(velda_appmngr_uses_quelm ON)
+    endif()
+endif()
 if(NOT BUILD_SHARED_LIBS)
     if(TARGET velda_appmngr)
-        set(velda_needs_lzma ON)
+        set(velda_appmngr_needs LibLZMA)
     endif()
     if(TARGET velda_quelm)
-        set(velda_needs_crypto ON)
+        set(velda_quelm_needs OpenSSL)
+    endif()
+    if(velda_appmngr_uses_quelm)
+        list(APPEND velda_appmngr_needs OpenSSL)
     endif()
 endif()
 
@@ -124,8 +134,7 @@ velda_pkg_config(xmlp "Small, strict XML library for configuration documents")
 velda_pkg_config(quelm "DES and MD5 operations, sealed files" PRIVATE libcrypto)
 if(TARGET velda_appmngr)
     set(private liblzma)
-    get_target_property(linked velda_appmngr LINK_LIBRARIES)
-    if(linked MATCHES "quelm") # not without the container
+    if(velda_appmngr_uses_quelm)
         list(PREPEND private velda-quelm)
     endif()
     velda_pkg_config(appmngr "Reader of application-identification databases"

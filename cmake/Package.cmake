@@ -7,8 +7,6 @@ set(CPACK_PACKAGE_CONTACT "velda-db-parser developers <developers@example.org>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # it would stand before that of every package
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
-set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
-    OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/debian/finish.cmake)
 set(CPACK_VELDA_STRIP ${CMAKE_STRIP})
 
@@ -72,10 +70,10 @@ the reader of the application-identification databases of network devices, a
 small strict XML library, DES and MD5 operations. They need no C++ run-time
 library; C and C++ programs use them alike.")
     set(depends libc6-dev)
-    if(velda_needs_lzma)
+    if("LibLZMA" IN_LIST velda_appmngr_needs)
         list(APPEND depends liblzma-dev)
     endif()
-    if(velda_needs_crypto)
+    if(velda_quelm_needs)
         list(APPEND depends libssl-dev)
     endif()
     list(JOIN depends ", " CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS)

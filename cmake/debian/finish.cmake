@@ -1,7 +1,7 @@
 # Run by CPack when the files of all packages are laid out, before they are packed: gives each package what
 # Debian wants to find in it. The name of the component is the name of the folder.
 
-# Folders and files that are made here have these modes whatever the umask is.
+# What a package holds has these modes whatever the umask is; installing gives files theirs.
 set(folder_modes OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 set(file_modes OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
 
@@ -24,8 +24,6 @@ function(finish root package)
         file(RENAME ${share}/doc/velda-db-parser ${doc})
     endif()
     file(MAKE_DIRECTORY ${doc})
-    file(CHMOD ${share} ${share}/doc ${doc} PERMISSIONS ${folder_modes})
-
     file(COPY ${CMAKE_CURRENT_LIST_DIR}/copyright DESTINATION ${doc} FILE_PERMISSIONS ${file_modes})
     string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC) # as of SOURCE_DATE_EPOCH where it is set
     file(WRITE ${doc}/changelog.Debian
@@ -52,6 +50,13 @@ function(finish root package)
         run(${CPACK_VELDA_STRIP} --strip-debug --enable-deterministic-archives
             --remove-section=.comment ${archive})
         file(CHMOD ${archive} PERMISSIONS ${file_modes})
+    endforeach()
+
+    file(GLOB_RECURSE entries LIST_DIRECTORIES true ${root}/*)
+    foreach(entry IN LISTS entries)
+        if(IS_DIRECTORY ${entry})
+            file(CHMOD ${entry} PERMISSIONS ${folder_modes})
+        endif()
     endforeach()
 endfunction()
 
