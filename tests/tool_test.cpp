@@ -13,9 +13,26 @@
 
 namespace {
 
+// Lets a shell find a program by a name, as it may lie where blanks are in the path. One of another
+// architecture has an emulator in front.
+void addProgram(const TemporaryFolder &folder, const char *name, const char *program) {
+    const std::string path = folder.path(name);
+    if (*VELDA_EMULATOR == '\0') {
+        std::filesystem::create_symlink(program, path);
+    } else {
+        writeFile(path,
+                  std::string("#!/bin/sh\nexec " VELDA_EMULATOR " '") + program + "' \"$@\"\n");
+        std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+    }
+}
+
 void runCases(const char *file) {
-    setenv("PARSER", VELDA_EMULATOR " " VELDA_PARSER, 1);
-    setenv("DBTOOL", VELDA_EMULATOR " " VELDA_DBTOOL, 1);
+    const TemporaryFolder programs;
+    addProgram(programs, "parser", VELDA_PARSER);
+    addProgram(programs, "dbtool", VELDA_DBTOOL);
+    setenv("PATH", (programs.path("") + ":" + std::getenv("PATH")).c_str(), 1);
+    setenv("PARSER", "parser", 1);
+    setenv("DBTOOL", "dbtool", 1);
     setenv("TOOLS", VELDA_TOOLS, 1);
     setenv("SAMPLES", VELDA_SAMPLES, 1);
     setenv("IMAGES", VELDA_SAMPLE_IMAGES, 1);
