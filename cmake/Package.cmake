@@ -66,9 +66,12 @@ network devices, a small strict XML library, DES and MD5 operations.")
     file(WRITE ${control}/triggers "activate-noawait ldconfig\n")
     set(CPACK_DEBIAN_LIBRARIES_PACKAGE_CONTROL_EXTRA ${control}/shlibs ${control}/triggers)
 
-    # All libraries in one package: they are made for each other.
-    file(WRITE ${control}/overrides
-        "libvelda-db${VELDA_SOVERSION}: package-name-doesnt-match-sonames *\n")
+    # All libraries in one package, as they are made for each other; CPack calls ldconfig besides.
+    set(overrides "")
+    foreach(tag package-name-doesnt-match-sonames maintscript-calls-ldconfig)
+        string(APPEND overrides "libvelda-db${VELDA_SOVERSION}: ${tag} *\n")
+    endforeach()
+    file(WRITE ${control}/overrides "${overrides}")
     install(FILES ${control}/overrides RENAME libvelda-db${VELDA_SOVERSION} EXCLUDE_FROM_ALL
         DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/lintian/overrides COMPONENT libraries)
 
