@@ -77,13 +77,7 @@ network devices, a small strict XML library, DES and MD5 operations.")
 
     set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
     set(CPACK_COMPONENT_DEVELOPMENT_DEPENDS libraries)
-    foreach(component program IN ZIP_LISTS velda_program_components velda_built_programs)
-        get_target_property(linked ${program} LINK_LIBRARIES)
-        if("velda::appmngr" IN_LIST linked) # not where a program has the objects in itself
-            string(TOUPPER ${component} upper)
-            set(CPACK_COMPONENT_${upper}_DEPENDS libraries)
-        endif()
-    endforeach()
+    set(CPACK_COMPONENT_TOOL_DEPENDS libraries) # velda-db-parser has all that it needs in itself
 endif()
 
 if(velda_installed_libraries)
