@@ -55,10 +55,29 @@ if(velda_installed_libraries AND BUILD_SHARED_LIBS)
 Shared libraries: the reader of the application-identification databases of
 network devices, a small strict XML library, DES and MD5 operations.")
     set(CPACK_DEBIAN_LIBRARIES_PACKAGE_SHLIBDEPS ON)
-    set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+
+    # Which package a program needs that is linked with one of them; the system's list is made anew.
+    set(control ${PROJECT_BINARY_DIR}/debian)
+    set(shlibs "")
+    foreach(library IN LISTS velda_installed_libraries)
+        string(APPEND shlibs "libvelda_${library} ${VELDA_SOVERSION} libvelda-db${VELDA_SOVERSION}\n")
+    endforeach()
+    file(WRITE ${control}/shlibs "${shlibs}")
+    file(WRITE ${control}/triggers "activate-noawait ldconfig\n")
+    set(CPACK_DEBIAN_LIBRARIES_PACKAGE_CONTROL_EXTRA ${control}/shlibs ${control}/triggers)
+
+    # All libraries in one package, as they are made for each other; CPack calls ldconfig besides.
+    set(overrides "")
+    foreach(tag package-name-doesnt-match-sonames maintscript-calls-ldconfig)
+        string(APPEND overrides "libvelda-db${VELDA_SOVERSION}: ${tag} *\n")
+    endforeach()
+    file(WRITE ${control}/overrides "${overrides}")
+    install(FILES ${control}/overrides RENAME libvelda-db${VELDA_SOVERSION} EXCLUDE_FROM_ALL
+        DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/lintian/overrides COMPONENT libraries)
+
     set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
-    set(CPACK_COMPONENT_TOOL_DEPENDS libraries)
     set(CPACK_COMPONENT_DEVELOPMENT_DEPENDS libraries)
+    set(CPACK_COMPONENT_TOOL_DEPENDS libraries) # velda-db-parser has all that it needs in itself
 endif()
 
 if(velda_installed_libraries)

@@ -2,6 +2,7 @@
 # Whether the links in Markdown texts lead to files and headings that are there.
 #   links.sh <text or folder>...
 set -euo pipefail
+ls -d -- "$@" >/dev/null
 status=0
 
 # The text without code, whose brackets make no links.
