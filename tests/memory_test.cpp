@@ -165,6 +165,7 @@ protected:
         writeFile("list", "old\n");
         appmngr_checkDbPath("image");
         outputOf([] { EXPECT_EQ(appmngr_load_database(), 0); });
+        const int descriptor = nextDescriptor();
         const auto before = stateOf(doc);
         int64_t result = 0;
         bool isFailed = false;
@@ -189,6 +190,7 @@ protected:
         outputOf([] { appmngr_dbReInit(); });
         std::free(std::exchange(g_appmngr_decryptBuf, nullptr));
         EXPECT_EQ(blocksLeft(), 0u) << outcome;
+        EXPECT_EQ(nextDescriptor(), descriptor) << outcome;
         return isFailed;
     }
 
