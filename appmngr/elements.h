@@ -9,34 +9,34 @@ namespace velda::appmngr {
 
 // Every element of the document: its name, its handler, where the handler acts (places.h), and for
 // those that the counting pass counts or passes through the element around them. No name stands twice.
-#define DATABASE_ELEMENTS(ROW)                            \
-    ROW(AppDB, pass, anywhere, unknown)                   \
-    ROW(ver, ver, anywhere, unknown)                      \
-    ROW(proModel, proModel, anywhere, unknown)            \
-    ROW(expired, expired, anywhere, unknown)              \
-    ROW(appList, appList, whereCounted, AppDB)            \
-    ROW(app, app, whereCounted, appList)                  \
-    ROW(id, id, whereCounted, unknown)                    \
-    ROW(name, name, inRecord, unknown)                    \
-    ROW(visible, visible, inApp, unknown)                 \
-    ROW(typeIdList, pass, anywhere, unknown)              \
-    ROW(typeId, typeid, inApp, unknown)                   \
-    ROW(ruleList, pass, whereCounted, app)                \
-    ROW(rule, rule, whereCounted, ruleList)               \
-    ROW(tupleList, pass, whereCounted, rule)              \
-    ROW(tuple, tuple, whereCounted, tupleList)            \
-    ROW(ori, ori, anywhere, unknown)                      \
-    ROW(rep, rep, anywhere, unknown)                      \
-    ROW(enable, enable, inDirection, unknown)             \
-    ROW(segment, pass, anywhere, unknown)                 \
-    ROW(start, start, inDirection, unknown)               \
-    ROW(end, end, inDirection, unknown)                   \
-    ROW(minlength, minlength, inDirection, unknown)       \
-    ROW(dpiType, dpiType, inDirection, unknown)           \
-    ROW(dpiCode, dpiCode, inDirection, unknown)           \
-    ROW(appTypeList, appTypeList, whereCounted, AppDB)    \
-    ROW(appType, appType, whereCounted, appTypeList)      \
-    ROW(dnsKwList, pass, whereCounted, app)               \
+#define DATABASE_ELEMENTS(ROW)                         \
+    ROW(AppDB, pass, anywhere, unknown)                \
+    ROW(ver, ver, anywhere, unknown)                   \
+    ROW(proModel, proModel, anywhere, unknown)         \
+    ROW(expired, expired, anywhere, unknown)           \
+    ROW(appList, appList, whereCounted, AppDB)         \
+    ROW(app, app, whereCounted, appList)               \
+    ROW(id, id, whereCounted, unknown)                 \
+    ROW(name, name, inRecord, unknown)                 \
+    ROW(visible, visible, inApp, unknown)              \
+    ROW(typeIdList, pass, anywhere, unknown)           \
+    ROW(typeId, typeid, inApp, unknown)                \
+    ROW(ruleList, pass, whereCounted, app)             \
+    ROW(rule, rule, whereCounted, ruleList)            \
+    ROW(tupleList, pass, whereCounted, rule)           \
+    ROW(tuple, tuple, whereCounted, tupleList)         \
+    ROW(ori, ori, anywhere, unknown)                   \
+    ROW(rep, rep, anywhere, unknown)                   \
+    ROW(enable, enable, inDirection, unknown)          \
+    ROW(segment, pass, anywhere, unknown)              \
+    ROW(start, start, inDirection, unknown)            \
+    ROW(end, end, inDirection, unknown)                \
+    ROW(minlength, minlength, inDirection, unknown)    \
+    ROW(dpiType, dpiType, inDirection, unknown)        \
+    ROW(dpiCode, dpiCode, inDirection, unknown)        \
+    ROW(appTypeList, appTypeList, whereCounted, AppDB) \
+    ROW(appType, appType, whereCounted, appTypeList)   \
+    ROW(dnsKwList, pass, whereCounted, app)            \
     ROW(dnsKw, dnsKw, whereCounted, dnsKwList)
 
 #define ELEMENT_OF_ROW(name, handler, place, parent) name,

@@ -141,10 +141,9 @@ constexpr Container containers[] = {
 } // namespace
 
 Enter velda::appmngr::enterOf(int (*handler)(XMLP_NODE *node, void *param)) {
-    const auto *found = std::find_if(std::begin(containers), std::end(containers),
-                                     [handler](const Container &container) {
-                                         return container.handler == handler;
-                                     });
+    const auto *found = std::find_if(
+        std::begin(containers), std::end(containers),
+        [handler](const Container &container) { return container.handler == handler; });
     return found != std::end(containers) ? found->enter : nullptr;
 }
 

@@ -107,7 +107,7 @@ bool enterChildren(XMLP_NODE *node, const Descent &descent) {
     if (level == nullptr) {
         return false;
     }
-    *level = {node, xmlp_getChildNode(node, 0), nullptr, descent.param, descent.leave, 0,
+    *level = {node,         xmlp_getChildNode(node, 0), nullptr, descent.param, descent.leave, 0,
               descent.scope};
     if (descent.hasCounter) {
         level->param = &level->tuples;
@@ -159,7 +159,8 @@ APPMNGR_VISIT visitOf(const APPMNGR_HANDLER_INFO *row, const XMLP_NODE *node, co
         return APPMNGR_VISIT_UNKNOWN;
     }
     const bool isOwn = row->handler == ownRow(node)->handler;
-    return isOwn && !acts(elementOf(node), node, param) ? APPMNGR_VISIT_MISPLACED : APPMNGR_VISIT_TAKEN;
+    return isOwn && !acts(elementOf(node), node, param) ? APPMNGR_VISIT_MISPLACED
+                                                        : APPMNGR_VISIT_TAKEN;
 }
 
 void tellVisitor(const XMLP_NODE *node, APPMNGR_VISIT visit) {

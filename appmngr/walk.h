@@ -7,9 +7,9 @@ namespace velda::appmngr {
 
 // How a container is walked.
 struct Descent {
-    void *param;       // what its children are given
-    bool hasCounter;   // they are given the address of a counter of tuples instead
-    Scope scope;       // that they stand in; set before, for a handler to change
+    void *param;                   // what its children are given
+    bool hasCounter;               // they are given the address of a counter of tuples instead
+    Scope scope;                   // that they stand in; set before, for a handler to change
     int (*leave)(uint32_t tuples); // what is left to do afterwards; its result is the handler's
 };
 

@@ -115,8 +115,9 @@ TEST(Programs, AreConfinedBeforeTheImageIsOpened) {
     close(open(image.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
     ASSERT_FALSE(isHeldOpen(terminal));
     const TemporaryFolder folder;
-    const std::string command = "cd " + folder.path("") + " && exec " VELDA_EMULATOR
-                                " " VELDA_PARSER " " + image + " list >out 2>&1";
+    const std::string command = "cd " + folder.path("") +
+                                " && exec " VELDA_EMULATOR " " VELDA_PARSER " " + image +
+                                " list >out 2>&1";
     const pid_t child = fork();
     if (child == 0) {
         execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
@@ -141,9 +142,9 @@ TEST(Programs, WorkWithFewDescriptors) {
     const TemporaryFolder folder;
     writeFile(folder.path("image"), packImage(smallDocument()));
     for (const char *limit : {"4", "5", "6"}) {
-        const Finished done = run(std::string("ulimit -n ") + limit +
-                                      " && exec " VELDA_PARSER " image list",
-                                  folder.path(""));
+        const Finished done =
+            run(std::string("ulimit -n ") + limit + " && exec " VELDA_PARSER " image list",
+                folder.path(""));
         EXPECT_EQ(done.out + done.err + std::to_string(done.status), "0") << limit;
         EXPECT_EQ(readFile(folder.path("list")), "1.0\n1:one\n") << limit;
     }
