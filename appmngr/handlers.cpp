@@ -64,6 +64,8 @@ int setFeatureText(const XMLP_NODE *node, const void *param, char (APPMNGR_FEATU
 
 // ---- Containers ---------------------------------------------------------------------------------
 
+// All ask whether the element stands where it is counted: the walk relies on that below it.
+
 bool enterPass(const XMLP_NODE *node, void *, Descent &) {
     return whereCounted(node);
 }
@@ -76,9 +78,9 @@ bool enterList(const XMLP_NODE *node, void *, Descent &descent) {
 }
 
 template <uintptr_t Selector>
-bool enterDirection(const XMLP_NODE *, void *, Descent &descent) {
+bool enterDirection(const XMLP_NODE *node, void *, Descent &descent) {
     descent.param = selector(Selector);
-    return true;
+    return whereCounted(node);
 }
 
 bool enterApp(const XMLP_NODE *node, void *, Descent &descent) {
@@ -138,13 +140,27 @@ constexpr Container containers[] = {
     {_appmngr_xmlnode_handler_appTypeList, enterList<1>},
 };
 
+constexpr Enter findEnter(int (*handler)(XMLP_NODE *node, void *param)) {
+    for (const Container &container : containers) {
+        if (container.handler == handler) {
+            return container.enter;
+        }
+    }
+    return nullptr;
+}
+
+#define ENTER_OF_ROW(name, handler, place, parent) findEnter(_appmngr_xmlnode_handler_##handler),
+constexpr Enter entersOfRows[] = {DATABASE_ELEMENTS(ENTER_OF_ROW) nullptr};
+#undef ENTER_OF_ROW
+
 } // namespace
 
 Enter velda::appmngr::enterOf(int (*handler)(XMLP_NODE *node, void *param)) {
-    const auto *found = std::find_if(
-        std::begin(containers), std::end(containers),
-        [handler](const Container &container) { return container.handler == handler; });
-    return found != std::end(containers) ? found->enter : nullptr;
+    return findEnter(handler);
+}
+
+Enter velda::appmngr::enterOf(Element element) {
+    return entersOfRows[static_cast<uint32_t>(element)];
 }
 
 // ---- The header ---------------------------------------------------------------------------------

@@ -21,6 +21,10 @@ bool isTop(const XMLP_NODE *node) {
 
 } // namespace
 
+bool isCounted(Element element) {
+    return countedParent(element) != Element::unknown;
+}
+
 Scope scopeIn(const XMLP_NODE *node, Scope around) {
     const Element element = node != nullptr ? elementOf(node) : Element::unknown;
     if (element == Element::app) {
@@ -38,10 +42,10 @@ Scope scopeAround(const XMLP_NODE *node) {
     if (node == nullptr) {
         return Scope::anywhere;
     }
-    Scope scope = Scope::anywhere;
-    if (walkScope(node->parent, scope)) {
-        return scope;
+    if (const Surroundings *known = surroundingsIn(node->parent)) {
+        return known->scope;
     }
+    Scope scope = Scope::anywhere;
     for (const XMLP_NODE *above = node->parent; above != nullptr; above = above->parent) {
         const Scope inside = scopeIn(above, Scope::anywhere);
         if (inside != Scope::anywhere && !isA(above, Element::AppDB)) {
@@ -64,14 +68,22 @@ bool whereCounted(const XMLP_NODE *node, const void *) {
     }
     Element element = elementOf(node);
     if (element == Element::id && !isTop(node)) {
+        const Surroundings *known = surroundingsIn(node->parent);
         node = node->parent;
         element = elementOf(node);
         if (element != Element::app && element != Element::appType) {
             return false;
         }
+        if (known != nullptr && known->isCounted) {
+            return true;
+        }
     }
-    if (countedParent(element) == Element::unknown) {
+    if (!isCounted(element)) {
         return true;
+    }
+    if (const Surroundings *known = surroundingsIn(node->parent);
+        known != nullptr && known->isCounted) {
+        return isA(node->parent, countedParent(element));
     }
     for (; !isTop(node); node = node->parent) {
         element = countedParent(element);

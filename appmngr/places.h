@@ -25,6 +25,9 @@ inline bool isSelector(const void *param) {
     return reinterpret_cast<uintptr_t>(param) <= largestSelector;
 }
 
+// Whether this is one of the elements that the counting pass counts or goes through, lists and below.
+bool isCounted(Element element);
+
 // Each is true for an element on which its handler acts. Names other than those of the database document
 // are a caller's own, whose place is the caller's matter.
 

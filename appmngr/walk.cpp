@@ -22,8 +22,8 @@ constinit void *chosenContext = nullptr;
 
 // The children of one element.
 //
-// `row` is null until `child` has been looked at; then it is the first row that has not been tried on
-// it. Levels do not move: `param` may be the address of `tuples`.
+// `row` is null while `child` has not been looked at; then it is the first row that has not been tried
+// on it. Levels do not move: `param` may be the address of `tuples`.
 struct Level {
     const XMLP_NODE *node;
     XMLP_NODE *child;
@@ -31,7 +31,7 @@ struct Level {
     void *param;
     int (*leave)(uint32_t tuples);
     uint32_t tuples;
-    Scope scope;
+    Surroundings surroundings;
 };
 
 // Real documents need eight levels. Where the table is the module's own, a walk goes no deeper than the
@@ -102,16 +102,18 @@ void pop() {
 }
 
 // False, with nothing entered, where the walk goes no deeper.
-bool enterChildren(XMLP_NODE *node, const Descent &descent) {
+bool enterChildren(XMLP_NODE *node, const Descent &descent, bool isCounted) {
     Level *level = push();
     if (level == nullptr) {
         return false;
     }
-    *level = {node,         xmlp_getChildNode(node, 0), nullptr, descent.param, descent.leave, 0,
-              descent.scope};
-    if (descent.hasCounter) {
-        level->param = &level->tuples;
-    }
+    level->node = node;
+    level->child = xmlp_getChildNode(node, 0);
+    level->row = nullptr;
+    level->param = descent.hasCounter ? &level->tuples : descent.param;
+    level->leave = descent.leave;
+    level->tuples = 0;
+    level->surroundings = {descent.scope, isCounted};
     return true;
 }
 
@@ -135,32 +137,38 @@ const APPMNGR_HANDLER_INFO *matchingRow(const APPMNGR_HANDLER_INFO *row, const X
     return nullptr;
 }
 
-const APPMNGR_HANDLER_INFO *firstRow(const APPMNGR_HANDLER_INFO *table, const XMLP_NODE *node) {
+// A row that an element goes to, null for none; how to enter the element when the row's handler is that
+// of a container; and the rows to try after it, null where none can match.
+struct Match {
+    const APPMNGR_HANDLER_INFO *row;
+    Enter enter;
+    const APPMNGR_HANDLER_INFO *rest;
+};
+
+Match matchFrom(const APPMNGR_HANDLER_INFO *rows, const XMLP_NODE *node) {
+    const APPMNGR_HANDLER_INFO *row = matchingRow(rows, node);
+    return row != nullptr ? Match{row, enterOf(row->handler), row + 1} : Match{};
+}
+
+// In the module's table no name stands twice.
+Match matchIn(const APPMNGR_HANDLER_INFO *table, const XMLP_NODE *node) {
     if (table != g_appmngr_nodeHandlers) {
-        return matchingRow(table, node);
+        return matchFrom(table, node);
     }
     const Element element = elementOf(node);
-    return element != Element::unknown ? table + static_cast<uint32_t>(element) : nullptr;
-}
-
-// The module's row for an element; the end row for one that it does not know.
-const APPMNGR_HANDLER_INFO *ownRow(const XMLP_NODE *node) {
-    return g_appmngr_nodeHandlers + static_cast<uint32_t>(elementOf(node));
-}
-
-// Where to look for further rows. In the module's table no name stands twice.
-const APPMNGR_HANDLER_INFO *rowAfter(const APPMNGR_HANDLER_INFO *row, const XMLP_NODE *node) {
-    return row == ownRow(node) ? g_appmngr_nodeHandlers + static_cast<uint32_t>(Element::unknown)
-                               : row + 1;
+    return element != Element::unknown
+               ? Match{table + static_cast<uint32_t>(element), enterOf(element), nullptr}
+               : Match{};
 }
 
 APPMNGR_VISIT visitOf(const APPMNGR_HANDLER_INFO *row, const XMLP_NODE *node, const void *param) {
     if (row == nullptr) {
         return APPMNGR_VISIT_UNKNOWN;
     }
-    const bool isOwn = row->handler == ownRow(node)->handler;
-    return isOwn && !acts(elementOf(node), node, param) ? APPMNGR_VISIT_MISPLACED
-                                                        : APPMNGR_VISIT_TAKEN;
+    const Element element = elementOf(node);
+    const APPMNGR_HANDLER_INFO &own = g_appmngr_nodeHandlers[static_cast<uint32_t>(element)];
+    return row->handler == own.handler && !acts(element, node, param) ? APPMNGR_VISIT_MISPLACED
+                                                                      : APPMNGR_VISIT_TAKEN;
 }
 
 void tellVisitor(const XMLP_NODE *node, APPMNGR_VISIT visit) {
@@ -169,10 +177,9 @@ void tellVisitor(const XMLP_NODE *node, APPMNGR_VISIT visit) {
     }
 }
 
-// Looks at an element and finds the first row that it goes to, null when there is none. False when no
-// table is set.
-bool look(const XMLP_NODE *node, const void *param, const APPMNGR_HANDLER_INFO *&row) {
-    row = nullptr;
+// Looks at an element and finds the first row that it goes to. False when no table is set.
+bool look(const XMLP_NODE *node, const void *param, Match &match) {
+    match = {};
     if (node->type == XMLP_TYPE_NONE) {
         tellVisitor(node, APPMNGR_VISIT_EMPTY);
         return true;
@@ -182,45 +189,42 @@ bool look(const XMLP_NODE *node, const void *param, const APPMNGR_HANDLER_INFO *
         appmngr_report("appmngr_childnode_handler", 1894, "Null pHandlerInfo\n");
         return false;
     }
-    row = firstRow(table, node);
+    match = matchIn(table, node);
     if (chosenVisitor != nullptr) {
-        tellVisitor(node, visitOf(row, node, param));
+        tellVisitor(node, visitOf(match.row, node, param));
     }
     return true;
 }
 
-// Calls a handler, or enters the container whose handler it is.
-void handOver(const APPMNGR_HANDLER_INFO &row, XMLP_NODE *node, void *param) {
-    const Enter enter = enterOf(row.handler);
-    if (enter == nullptr) {
-        row.handler(node, param);
-        return;
-    }
+// ---- The walk -----------------------------------------------------------------------------------
+
+// Enters a container; where the walk goes no deeper it has no children.
+void enterContainer(Enter enter, XMLP_NODE *node, void *param) {
     Descent descent = plainDescent(node, param);
-    if (enter(node, param, descent) && !enterChildren(node, descent)) {
+    if (enter(node, param, descent) && !enterChildren(node, descent, isCounted(elementOf(node)))) {
         leave(descent.leave, 0);
     }
 }
 
-// ---- The walk -----------------------------------------------------------------------------------
-
 // One step in the innermost level: an element is looked at, handed to one row, or passed.
 void step(Level &level) {
     XMLP_NODE *const child = level.child;
-    const APPMNGR_HANDLER_INFO *row = nullptr;
+    Match match = {};
     if (level.row != nullptr) {
-        row = matchingRow(level.row, child);
-    } else if (!look(child, level.param, row)) {
+        match = matchFrom(level.row, child);
+    } else if (!look(child, level.param, match)) {
         level.child = nullptr;
         return;
     }
-    if (row == nullptr) {
-        level.row = nullptr;
+    level.row = match.rest;
+    if (match.rest == nullptr) {
         level.child = child->next;
-        return;
     }
-    level.row = rowAfter(row, child);
-    handOver(*row, child, level.param);
+    if (match.enter != nullptr) {
+        enterContainer(match.enter, child, level.param);
+    } else if (match.row != nullptr) {
+        match.row->handler(child, level.param);
+    }
 }
 
 // Walks the innermost level and all below it, and leaves it.
@@ -249,15 +253,12 @@ int velda::appmngr::walkContainer(Enter enter, XMLP_NODE *node, void *param) {
     if (!enter(node, param, descent)) {
         return -1;
     }
-    return enterChildren(node, descent) ? walkLevel() : leave(descent.leave, 0);
+    const bool isPlaced = node != nullptr && isCounted(elementOf(node));
+    return enterChildren(node, descent, isPlaced) ? walkLevel() : leave(descent.leave, 0);
 }
 
-bool velda::appmngr::walkScope(const XMLP_NODE *parent, Scope &scope) {
-    if (depth == 0 || parent == nullptr || top().node != parent) {
-        return false;
-    }
-    scope = top().scope;
-    return true;
+const Surroundings *velda::appmngr::surroundingsIn(const XMLP_NODE *parent) {
+    return depth > 0 && parent != nullptr && top().node == parent ? &top().surroundings : nullptr;
 }
 
 void appmngr_setVisitor(APPMNGR_VISITOR visitor, void *context) {
@@ -276,23 +277,23 @@ APPMNGR_HANDLER_INFO *appmngr_getHandlerInfo(void) {
 }
 
 int appmngr_xmlnode_handler(XMLP_NODE *node, void *param) {
-    if (enterChildren(node, plainDescent(node, param))) {
+    if (enterChildren(node, plainDescent(node, param), false)) {
         walkLevel();
     }
     return 0;
 }
 
 int appmngr_childnode_handler(XMLP_NODE *node, void *param) {
-    const APPMNGR_HANDLER_INFO *row = nullptr;
     if (node == nullptr) {
         return 0;
     }
-    if (!look(node, param, row)) {
+    Match match = {};
+    if (!look(node, param, match)) {
         return -1;
     }
-    while (row != nullptr) {
-        row->handler(node, param);
-        row = matchingRow(rowAfter(row, node), node);
+    while (match.row != nullptr) {
+        match.row->handler(node, param);
+        match = match.rest != nullptr ? matchFrom(match.rest, node) : Match{};
     }
     return 0;
 }

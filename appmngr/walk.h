@@ -16,13 +16,20 @@ struct Descent {
 // The first half of a container's handler. False when it does not act on this element.
 using Enter = bool (*)(const XMLP_NODE *node, void *param, Descent &descent);
 
-// Null when a handler is none of this module's containers.
+// Null when a handler, or that in the row of an element, is none of this module's containers.
 Enter enterOf(int (*handler)(XMLP_NODE *node, void *param));
+Enter enterOf(Element element);
 
 // A whole handler: enters, walks the children, leaves. -1 where it does not enter.
 int walkContainer(Enter enter, XMLP_NODE *node, void *param);
 
-// The scope of the children of `parent`. False when the walk is not at them now.
-bool walkScope(const XMLP_NODE *parent, Scope &scope);
+// What the walk knows of the children of an element.
+struct Surroundings {
+    Scope scope;
+    bool isCounted; // the element is one of those that are counted, and stands where it is
+};
+
+// Null when the walk is not at the children of `parent` now.
+const Surroundings *surroundingsIn(const XMLP_NODE *parent);
 
 } // namespace velda::appmngr
