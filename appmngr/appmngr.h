@@ -7,7 +7,7 @@
  *
  *     appmngr_checkDbPath("db.img")  ->  appmngr_load_database()  ->  appmngr_saveIdAndName("list")
  *
- * It is not reentrant and belongs to one thread. Calls that return int give 0 when they are done
+ * It is not reentrant and belongs to one thread, for which 32 KiB of stack are enough. Calls that return int give 0 when they are done
  * and -1 when they fail unless told otherwise. Failures are told on standard output, one line at
  * each function that hands them up: "[Error](function) number: message".
  */

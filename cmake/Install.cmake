@@ -2,8 +2,14 @@
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
-set(VELDA_LIBRARIES velda_common velda_xmlp velda_quelm velda_appmngr)
-set(VELDA_PROGRAMS velda-db-parser velda-dbtool)
+list(TRANSFORM velda_public_libraries PREPEND velda_ OUTPUT_VARIABLE VELDA_LIBRARY_TARGETS)
+set(VELDA_PROGRAMS)
+if(VELDA_BUILD_PROGRAMS)
+    list(APPEND VELDA_PROGRAMS velda-db-parser)
+endif()
+if(VELDA_BUILD_TOOLS)
+    list(APPEND VELDA_PROGRAMS velda-dbtool)
+endif()
 set(VELDA_INCLUDE_DIR ${CMAKE_INSTALL_INCLUDEDIR}/velda-db)
 set(VELDA_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/velda-db)
 set(VELDA_DOC_DIR ${CMAKE_INSTALL_DATAROOTDIR}/doc/velda-db-parser)
@@ -12,11 +18,11 @@ set(VELDA_DOC_DIR ${CMAKE_INSTALL_DATAROOTDIR}/doc/velda-db-parser)
 if(BUILD_SHARED_LIBS)
     file(RELATIVE_PATH libraries ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
     set_target_properties(${VELDA_PROGRAMS} PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries}")
-    set_target_properties(${VELDA_LIBRARIES} PROPERTIES INSTALL_RPATH "$ORIGIN")
+    set_target_properties(${VELDA_LIBRARY_TARGETS} PROPERTIES INSTALL_RPATH "$ORIGIN")
 endif()
 
 install(TARGETS ${VELDA_PROGRAMS} RUNTIME COMPONENT runtime)
-install(TARGETS ${VELDA_LIBRARIES} EXPORT velda-db-targets
+install(TARGETS ${VELDA_LIBRARY_TARGETS} EXPORT velda-db-targets
     LIBRARY COMPONENT runtime NAMELINK_COMPONENT development
     ARCHIVE COMPONENT development
     FILE_SET HEADERS DESTINATION ${VELDA_INCLUDE_DIR} COMPONENT development)

@@ -1,15 +1,96 @@
-# What a builder can choose. Everything that only serves this project's own development is off when
-# the project is entered with add_subdirectory from another one.
-option(BUILD_SHARED_LIBS "Build the libraries as shared objects" OFF)
-option(VELDA_BUILD_TESTS "Build the tests and pack the sample databases" ${PROJECT_IS_TOP_LEVEL})
-option(VELDA_INSTALL "Install programs, libraries, headers and man pages" ${PROJECT_IS_TOP_LEVEL})
+# What a builder can choose; README.md has the table. Inside another project (add_subdirectory,
+# FetchContent) only libraries are built unless more is asked for, and the cache gets no entry but
+# those that begin with VELDA_.
+set(known_libraries common xmlp quelm appmngr)
+set(VELDA_LIBRARIES ${known_libraries} CACHE STRING
+    "Libraries to build and install: any of common, xmlp, quelm and appmngr, or none")
+option(VELDA_BUILD_PROGRAMS "Build velda-db-parser" ${PROJECT_IS_TOP_LEVEL})
+option(VELDA_BUILD_TOOLS "Build velda-dbtool" ${PROJECT_IS_TOP_LEVEL})
+option(VELDA_BUILD_CONTAINER "Build quelm and encrypted containers, which need libcrypto" ON)
+
+# Programs of another processor do not run here; presets that bring an emulator ask for the tests.
+set(default_tests ${PROJECT_IS_TOP_LEVEL})
+if(PROJECT_IS_TOP_LEVEL AND DEFINED BUILD_TESTING)
+    set(default_tests ${BUILD_TESTING})
+elseif(CMAKE_CROSSCOMPILING)
+    set(default_tests OFF)
+endif()
+option(VELDA_BUILD_TESTS "Build the tests; BUILD_TESTING=OFF turns them off too" ${default_tests})
+option(VELDA_BUILD_SAMPLES "Pack the sample databases" ${VELDA_BUILD_TESTS})
 option(VELDA_BUILD_BENCH "Build the benchmarks, which need further libraries (./dev bench)" OFF)
-option(VELDA_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" ${PROJECT_IS_TOP_LEVEL})
+
+option(VELDA_INSTALL "Have an install target" ${PROJECT_IS_TOP_LEVEL})
+option(VELDA_INSTALL_DOCS "Install man pages, documents and examples" ON)
+
+option(VELDA_STATIC_PIE "Link programs statically, position independent all the same" OFF)
 option(VELDA_HARDEN "Build position independent, with RELRO and run-time checks" ON)
+option(VELDA_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
 option(VELDA_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
 option(VELDA_FUZZ "Build the fuzz targets with libFuzzer (clang++, with VELDA_SANITIZE)" OFF)
 option(VELDA_COVERAGE "Build with coverage counters" OFF)
 
-if(PROJECT_IS_TOP_LEVEL AND NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
-    set(CMAKE_BUILD_TYPE Release CACHE STRING "Kind of build" FORCE)
+if(PROJECT_IS_TOP_LEVEL)
+    option(BUILD_SHARED_LIBS "Build the libraries as shared objects" OFF)
+    if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+        set(CMAKE_BUILD_TYPE Release CACHE STRING "Kind of build" FORCE)
+    endif()
+endif()
+
+# ---- What follows from the choice: only what is listed here is built and looked for ---------------
+
+# The tests try everything.
+set(velda_tests OFF)
+if(VELDA_BUILD_TESTS AND (BUILD_TESTING OR NOT DEFINED BUILD_TESTING))
+    set(velda_tests ON)
+endif()
+set(velda_all OFF)
+if(velda_tests OR VELDA_FUZZ OR VELDA_BUILD_BENCH)
+    set(velda_all ON)
+endif()
+
+set(velda_libraries ${VELDA_LIBRARIES})
+foreach(library IN LISTS velda_libraries)
+    if(NOT library IN_LIST known_libraries)
+        list(JOIN known_libraries ", " known)
+        message(FATAL_ERROR "VELDA_LIBRARIES names \"${library}\"; the libraries are ${known}.")
+    endif()
+endforeach()
+if(velda_all)
+    set(velda_libraries ${known_libraries})
+endif()
+set(velda_container OFF)
+if(VELDA_BUILD_CONTAINER
+        AND (VELDA_BUILD_TOOLS OR "quelm" IN_LIST velda_libraries OR "appmngr" IN_LIST velda_libraries))
+    set(velda_container ON)
+endif()
+if(velda_all AND NOT velda_container)
+    message(FATAL_ERROR "Tests, fuzz targets and benchmarks need VELDA_BUILD_CONTAINER; "
+        "turn them off (-DBUILD_TESTING=OFF) or it on.")
+endif()
+set(velda_tools OFF)
+if(VELDA_BUILD_TOOLS OR VELDA_BUILD_SAMPLES OR velda_tests)
+    set(velda_tools ON)
+endif()
+set(velda_programs OFF)
+if(VELDA_BUILD_PROGRAMS OR velda_tests)
+    set(velda_programs ON)
+endif()
+if(velda_programs OR velda_tools)
+    list(APPEND velda_libraries appmngr)
+endif()
+if("appmngr" IN_LIST velda_libraries)
+    list(APPEND velda_libraries common xmlp)
+endif()
+list(REMOVE_ITEM velda_libraries quelm)
+if(velda_container)
+    list(APPEND velda_libraries quelm)
+endif()
+list(REMOVE_DUPLICATES velda_libraries)
+
+# Installed are the libraries that were asked for, with those that they need.
+set(velda_public_libraries ${VELDA_LIBRARIES})
+if("appmngr" IN_LIST VELDA_LIBRARIES OR (VELDA_BUILD_TOOLS AND BUILD_SHARED_LIBS))
+    set(velda_public_libraries ${velda_libraries})
+elseif(NOT velda_container)
+    list(REMOVE_ITEM velda_public_libraries quelm)
 endif()

@@ -4,7 +4,10 @@
 #include "crypto/report.h"
 
 #include <cerrno>
+#include <cstdlib>
 #include <fcntl.h>
+#include <memory>
+#include <openssl/crypto.h>
 #include <unistd.h>
 
 namespace {
@@ -19,6 +22,21 @@ constexpr size_t inputBufferSize = 16384;
 constexpr size_t inputSizeLimit = inputBufferSize - 1; // an input that fills it counts as too large
 constexpr size_t outputBufferSize = 49152;
 constexpr mode_t outputMode = 0644;
+
+// Too large for the stacks of devices, and what is in there is not for others to find.
+struct Buffers {
+    uint8_t input[inputBufferSize];
+    uint8_t output[outputBufferSize];
+};
+
+struct WipeAndFree {
+    void operator()(Buffers *buffers) const {
+        OPENSSL_cleanse(buffers, sizeof *buffers);
+        std::free(buffers);
+    }
+};
+
+using OwnedBuffers = std::unique_ptr<Buffers, WipeAndFree>;
 
 class File {
 public:
@@ -87,8 +105,12 @@ int quelm_md5_des_file(const char *inputPath, const char *outputPath, int encryp
         velda::quelm::report("open input file");
         return -1;
     }
-    uint8_t text[inputBufferSize];
-    const ssize_t length = read(input.descriptor(), text, inputSizeLimit);
+    const OwnedBuffers buffers(static_cast<Buffers *>(std::malloc(sizeof(Buffers))));
+    if (buffers == nullptr) {
+        velda::quelm::report(__func__);
+        return -1;
+    }
+    const ssize_t length = read(input.descriptor(), buffers->input, inputSizeLimit);
     if (length < 0) {
         velda::quelm::report("read");
         return -1;
@@ -96,9 +118,9 @@ int quelm_md5_des_file(const char *inputPath, const char *outputPath, int encryp
     if (static_cast<size_t>(length) == inputSizeLimit) {
         return -1;
     }
-    uint8_t result[outputBufferSize];
-    const int32_t size = quelm_md5_des_do(text, static_cast<int32_t>(length), result, sizeof result,
-                                          fileKey, encrypt);
+    const int32_t size =
+        quelm_md5_des_do(buffers->input, static_cast<int32_t>(length), buffers->output,
+                         sizeof buffers->output, fileKey, encrypt);
     if (size < 0) {
         return -1;
     }
@@ -107,7 +129,7 @@ int quelm_md5_des_file(const char *inputPath, const char *outputPath, int encryp
         velda::quelm::report("open output file");
         return -1;
     }
-    if (write(output.descriptor(), result, static_cast<size_t>(size)) < 0) {
+    if (write(output.descriptor(), buffers->output, static_cast<size_t>(size)) < 0) {
         velda::quelm::report("write");
     }
     return 0;

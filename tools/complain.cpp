@@ -12,3 +12,7 @@ void complain(std::string_view name, std::string_view reason) {
 void complainOfSystem(std::string_view name, int error) {
     complain(name, std::strerror(error));
 }
+
+void printReport(const char *text, void *) {
+    std::fputs(text, stderr);
+}

@@ -8,3 +8,6 @@ void complain(std::string_view name, std::string_view reason);
 
 // The same with the system's reason.
 void complainOfSystem(std::string_view name, int error);
+
+// A report callback of the libraries that writes to standard error.
+void printReport(const char *text, void *);

@@ -1,6 +1,5 @@
 #include "tools/database.h"
 
-#include "crypto/quelm.h"
 #include "tools/complain.h"
 #include "tools/text.h"
 
@@ -10,17 +9,13 @@
 
 namespace {
 
-void toStandardError(const char *text, void *) {
-    std::fputs(text, stderr);
-}
-
 void toNowhere(const char *, void *) {}
 
 // A model that is dropped tells so; nobody has asked.
 void dropModel() {
     appmngr_setReport(toNowhere, nullptr);
     appmngr_dbReInit();
-    appmngr_setReport(toStandardError, nullptr);
+    appmngr_setReport(printReport, nullptr);
 }
 
 template <class Record>
@@ -48,9 +43,8 @@ Database copyOfModel() {
 } // namespace
 
 void sendReportsToStandardError() {
-    appmngr_setReport(toStandardError, nullptr);
-    xmlp_setReport(toStandardError, nullptr);
-    quelm_setReport(toStandardError, nullptr);
+    appmngr_setReport(printReport, nullptr);
+    xmlp_setReport(printReport, nullptr);
 }
 
 std::optional<Input> readImage(const char *path) {

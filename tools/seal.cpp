@@ -1,6 +1,7 @@
 // Images into containers and back.
 
 #include "appmngr/appmngr.h"
+#include "crypto/quelm.h"
 #include "tools/complain.h"
 #include "tools/input.h"
 #include "tools/subcommands.h"
@@ -14,6 +15,7 @@ constexpr uint32_t containerSpare = 64; // beyond the image, for the header and 
 } // namespace
 
 int sealCommand(const Arguments &arguments) {
+    quelm_setReport(printReport, nullptr);
     const auto image = readInput(arguments.files[0], APPMNGR_IMAGE_SIZE);
     if (!image) {
         return 1;
@@ -34,6 +36,7 @@ int sealCommand(const Arguments &arguments) {
 }
 
 int unsealCommand(const Arguments &arguments) {
+    quelm_setReport(printReport, nullptr);
     const auto input = readInput(arguments.files[0], APPMNGR_DB_XML_SIZE);
     if (!input) {
         return 1;

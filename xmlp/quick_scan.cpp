@@ -5,7 +5,10 @@
 #include "xmlp/tag.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
+#include <memory>
+#include <new>
 #include <span>
 
 namespace velda::xmlp {
@@ -33,12 +36,11 @@ public:
 
     ScanResult run(IndexMarkup indexMarkup) {
         const auto size = static_cast<size_t>(end_ - body_);
-        uint16_t offsets[stretchSize + indexSlack];
         size_t tags = 0;
         for (size_t start = 0; start < size; start += stretchSize) {
             const char *stretch = body_ + start;
             const size_t length = std::min(stretchSize, size - start);
-            const size_t count = indexMarkup(stretch, length, offsets, summary_);
+            const size_t count = indexMarkup(stretch, length, offsets_, summary_);
             indexedEnd_ = stretch + length;
             if (summary_.mayHideMarkup) {
                 return ScanResult::declined;
@@ -46,7 +48,7 @@ public:
             if (!scanned_.elements.makeRoom(count)) {
                 return ScanResult::noMemory;
             }
-            const ScanResult result = takeTags(stretch, {offsets, count});
+            const ScanResult result = takeTags(stretch, {offsets_, count});
             if (result != ScanResult::taken) {
                 return result;
             }
@@ -399,6 +401,15 @@ private:
     const char *indexedEnd_;
     TextOf textOf_ = TextOf::nothing;
     bool isComplete_ = false;
+    uint16_t offsets_[stretchSize + indexSlack]; // of the '<' in the stretch
+};
+
+// A scanner has some 40 KiB, more than a small thread's stack can give.
+struct DropScanner {
+    void operator()(Scanner *scanner) const {
+        scanner->~Scanner();
+        std::free(scanner);
+    }
 };
 
 } // namespace
@@ -413,7 +424,12 @@ ScanResult quickScan(std::string_view body, IndexMarkup indexMarkup, NameTable &
     if (!names.reserve(firstNameTableSize)) {
         return ScanResult::noMemory;
     }
-    return Scanner(body, names, scanned).run(indexMarkup);
+    void *place = std::malloc(sizeof(Scanner));
+    if (place == nullptr) {
+        return ScanResult::noMemory;
+    }
+    const std::unique_ptr<Scanner, DropScanner> scanner(new (place) Scanner(body, names, scanned));
+    return scanner->run(indexMarkup);
 }
 
 } // namespace velda::xmlp

@@ -9,7 +9,6 @@
 #include "xmlp/static_block.h"
 #include "xmlp/tag_records.h"
 
-#include <algorithm>
 #include <cstring>
 #include <utility>
 
@@ -145,6 +144,12 @@ void reportNoMemory() {
     XMLP_REPORT_FOR("xmlp_parse", "malloc failed.");
 }
 
+// Does the table end here?
+bool isFree(const char *place) {
+    constexpr char zeros[wordSize] = {};
+    return std::memcmp(place, zeros, wordSize) == 0;
+}
+
 } // namespace
 
 XMLP_NODE *buildStaticTree(std::string_view body) {
@@ -180,9 +185,8 @@ char *_findName(const char *nameTable, const char *string, uint32_t len) {
         XMLP_REPORT("invalid params.");
         return nullptr;
     }
-    constexpr char free[wordSize] = {};
     const char *place = nameTable;
-    while (std::memcmp(place, free, wordSize) != 0 && xmlp_nameCmp(string, len, place) != 0) {
+    while (!isFree(place) && xmlp_nameCmp(string, len, place) != 0) {
         place += wordSize;
     }
     return const_cast<char *>(place);
@@ -195,7 +199,7 @@ uint32_t _saveNameAttr(const char *tag, char endCharacter, char *nameTable) {
     }
     const auto intern = [nameTable](std::string_view string) {
         char *place = _findName(nameTable, string.data(), static_cast<uint32_t>(string.size()));
-        if (std::all_of(place, place + wordSize, [](char byte) { return byte == '\0'; })) {
+        if (isFree(place)) {
             writeEntry(place, string);
         }
         return true;

@@ -8,7 +8,8 @@
  * - A dynamic tree holds every element, name, value and attribute in an allocation of its own, and
  *   can be edited.
  *
- * A document is used by one thread at a time; different documents are independent.
+ * A document is used by one thread at a time; different documents are independent. A thread with
+ * 32 KiB of stack is enough for every call, however deep a document nests.
  *
  * Results. Unless told otherwise a call that returns int gives 0 when it is done and -1 when it
  * refuses; a call that returns a pointer gives null. Every refusal reports one line,

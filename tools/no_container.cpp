@@ -1,0 +1,22 @@
+// The commands of containers in a build that leaves out libcrypto.
+
+#include "tools/complain.h"
+#include "tools/subcommands.h"
+
+namespace {
+
+int refuse(const Arguments &arguments) {
+    complain(arguments.files[0],
+             "this velda-dbtool was built without containers (VELDA_BUILD_CONTAINER)");
+    return 1;
+}
+
+} // namespace
+
+int sealCommand(const Arguments &arguments) {
+    return refuse(arguments);
+}
+
+int unsealCommand(const Arguments &arguments) {
+    return refuse(arguments);
+}
