@@ -40,5 +40,6 @@ void forEachCase(const std::string &name, Check check) {
     }
 }
 
-// A whole file in tests/data.
+// A whole file in tests/data; on a big-endian machine the one of that name in tests/data/big-endian, where
+// there is one.
 std::string readData(const std::string &name);
