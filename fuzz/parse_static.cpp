@@ -3,14 +3,14 @@
 // second byte tells how many bytes of it stand before the edge.
 
 #include "fuzz/trees.h"
-#include "xmlp/quick_tree.h"
-#include "xmlp/static_tree.h"
+#include "xmlp/parse/builders.h"
+#include "xmlp/steps/static_tree.h"
 #include "xmlp/xmlp_internal.h"
 
 #include <string>
 
 using namespace fuzz;
-using velda::xmlp::QuickTree;
+using velda::xmlp::BuildResult;
 
 namespace {
 
@@ -23,7 +23,7 @@ using StaticTree = std::unique_ptr<XMLP_NODE, FreeStatic>;
 std::string bodyOf(Input input) {
     std::string body(input.take(1));
     if (body == "\x01") {
-        body.assign(velda::xmlp::stretchSize - input.byte(), ' ');
+        body.assign(velda::xmlp::chunkSize - input.byte(), ' ');
     }
     return body.append(input.rest());
 }
@@ -35,12 +35,12 @@ void checkBody(std::string_view body) {
     }
     FUZZ_REQUIRE(plain != nullptr || hasPrinted("[ERROR]"));
     forgetPrinted();
-    for (const auto indexer : velda::xmlp::markupIndexers()) {
+    for (const auto indexer : velda::xmlp::indexers()) {
         XMLP_NODE *root = nullptr;
-        const QuickTree result = velda::xmlp::buildStaticTreeQuickly(body, indexer, root);
+        const BuildResult result = velda::xmlp::buildStaticTreeFast(body, indexer, root);
         const StaticTree quick(root);
         FUZZ_REQUIRE(printed().empty());
-        FUZZ_REQUIRE((result == QuickTree::built) == (root != nullptr));
+        FUZZ_REQUIRE((result == BuildResult::built) == (root != nullptr));
         if (root != nullptr) {
             FUZZ_REQUIRE(plain != nullptr);
             requireWhole(root);

@@ -1,11 +1,11 @@
 // A parse from the first byte to the finished tree: declaration, check, builder.
 
-#include "xmlp/chars.h"
-#include "xmlp/dynamic_tree.h"
-#include "xmlp/memory.h"
-#include "xmlp/quick_tree.h"
-#include "xmlp/report.h"
-#include "xmlp/static_tree.h"
+#include "xmlp/base/chars.h"
+#include "xmlp/base/memory.h"
+#include "xmlp/base/report.h"
+#include "xmlp/parse/builders.h"
+#include "xmlp/steps/dynamic_tree.h"
+#include "xmlp/steps/static_tree.h"
 #include "xmlp/xmlp_internal.h"
 
 #include <cstring>
@@ -19,17 +19,17 @@ constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 // Within the text, which need not end where its white space does.
 void dropWhiteSpace(std::string_view &text) {
-    while (!text.empty() && isOf(text.front(), whiteSpaceByte)) {
+    while (!text.empty() && isWhiteSpace(text.front())) {
         text.remove_prefix(1);
     }
 }
 
 bool buildTree(std::string_view body, XMLP_TREE &tree) {
     const bool isStatic = tree.isStatic != 0;
-    const auto buildQuickly = isStatic ? buildStaticTreeQuickly : buildDynamicTreeQuickly;
-    const QuickTree result = buildQuickly(body, markupIndexer(), tree.rootNode);
-    if (result != QuickTree::declined) {
-        return result == QuickTree::built;
+    const auto buildQuickly = isStatic ? buildStaticTreeFast : buildDynamicTreeFast;
+    const BuildResult result = buildQuickly(body, fastestIndexer(), tree.rootNode);
+    if (result != BuildResult::refused) {
+        return result == BuildResult::built;
     }
     if (_checkXml(body.data(), body.data() + body.size()) != 0) {
         return false;

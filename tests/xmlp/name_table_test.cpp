@@ -1,6 +1,6 @@
 // The index of the name table against the search that it replaces.
 
-#include "xmlp/name_table.h"
+#include "xmlp/base/string_table.h"
 
 #include "xmlp/xmlp_internal.h"
 
@@ -10,7 +10,7 @@
 
 namespace {
 
-using velda::xmlp::NameTable;
+using velda::xmlp::StringTable;
 
 // Strings over a small alphabet, so that many are the tails of others.
 std::string randomString(std::mt19937 &random) {
@@ -21,10 +21,10 @@ std::string randomString(std::mt19937 &random) {
     return string;
 }
 
-TEST(NameTable, FindsWhatASearchFinds) {
+TEST(StringTable, FindsWhatASearchFinds) {
     std::mt19937 random(20260101);
     for (int round = 0; round < 50; ++round) {
-        NameTable table;
+        StringTable table;
         ASSERT_TRUE(table.reserve(64)); // far too little, so that it grows
         std::vector<char> searched(1 << 16);
         const auto search = [&searched](const std::string &string) {
@@ -47,8 +47,8 @@ TEST(NameTable, FindsWhatASearchFinds) {
     }
 }
 
-TEST(NameTable, TellsRepeatedNamesOfATag) {
-    NameTable table;
+TEST(StringTable, TellsRepeatedNamesOfATag) {
+    StringTable table;
     ASSERT_TRUE(table.reserve(4096));
     for (const char *name : {"longer-a", "r-a", "b"}) {
         ASSERT_TRUE(table.intern(name));

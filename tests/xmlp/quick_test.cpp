@@ -2,16 +2,16 @@
 
 #include "tests/support/capture.h"
 #include "tests/support/trees.h"
-#include "xmlp/quick_tree.h"
-#include "xmlp/static_tree.h"
+#include "xmlp/parse/builders.h"
+#include "xmlp/steps/static_tree.h"
 #include "xmlp/xmlp_internal.h"
 
 #include <random>
 
 namespace {
 
-using velda::xmlp::IndexMarkup;
-using velda::xmlp::QuickTree;
+using velda::xmlp::BuildResult;
+using velda::xmlp::Indexer;
 
 // The tree, and where in its block each part of it lies; nothing for no tree.
 std::string layout(XMLP_NODE *root) {
@@ -57,16 +57,16 @@ std::string plainLayout(const std::string &body) {
 bool isTakenAlike(const std::string &body) {
     const std::string plain = plainLayout(body);
     bool isTaken = false;
-    for (const IndexMarkup indexer : velda::xmlp::markupIndexers()) {
+    for (const Indexer indexer : velda::xmlp::indexers()) {
         XMLP_NODE *root = nullptr;
         EXPECT_EQ(outputOf([&] {
-                      isTaken = velda::xmlp::buildStaticTreeQuickly(body, indexer, root) ==
-                                QuickTree::built;
+                      isTaken = velda::xmlp::buildStaticTreeFast(body, indexer, root) ==
+                                BuildResult::built;
                   }),
                   "");
         XMLP_NODE *editable = nullptr;
-        const QuickTree result = velda::xmlp::buildDynamicTreeQuickly(body, indexer, editable);
-        EXPECT_EQ(result == QuickTree::built, isTaken) << body;
+        const BuildResult result = velda::xmlp::buildDynamicTreeFast(body, indexer, editable);
+        EXPECT_EQ(result == BuildResult::built, isTaken) << body;
         if (isTaken) {
             EXPECT_EQ(treeText(editable), treeText(root)) << body;
             EXPECT_EQ(layout(root), plain) << body;
