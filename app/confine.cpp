@@ -2,8 +2,9 @@
 // little that it can reach: no_new_privs and Landlock, where the kernel has them.
 //
 // Nothing here may make a run fail that would not fail without it. So a path that does not lead to
-// anything gets no rule, since the call that opens it fails by itself, and where OUTPUT_FILE is a
-// symbolic link, which may lead anywhere, files stay as they are.
+// anything gets no rule, since the call that opens it fails by itself. Where OUTPUT_FILE is a symbolic
+// link, which may lead anywhere, or where descriptors or memory do not reach for a rule that the run
+// will need, access to files stays as it is.
 
 #include "app/confine.h"
 
@@ -26,6 +27,7 @@
 
 #if defined(VELDA_HAS_LANDLOCK)
 
+#include <cerrno>
 #include <climits>
 #include <cstdint>
 #include <fcntl.h>
@@ -67,18 +69,31 @@ bool is(mode_t type, const struct stat &status) {
     return (status.st_mode & S_IFMT) == type;
 }
 
-// False when the kernel knows the place and refuses the rule.
+// Whether a path that has just failed to open may open later in the run, when this process holds fewer
+// descriptors or the system has more of them or of memory.
+bool mayOpenLater() {
+    return errno == EMFILE || errno == ENFILE || errno == ENOMEM;
+}
+
+// The following are false when a rule that the run may need could not be made.
+
+// Call it before anything that may change errno after the opening of `place`.
 bool allow(const Descriptor &rules, const Descriptor &place, uint64_t access) {
-    const landlock_path_beneath_attr rule = {access, place.number()};
-    return !place.isOpen() || syscall(SYS_landlock_add_rule, rules.number(),
-                                      LANDLOCK_RULE_PATH_BENEATH, &rule, 0) == 0;
+    if (!place.isOpen()) {
+        return !mayOpenLater();
+    }
+    landlock_path_beneath_attr rule = {};
+    rule.allowed_access = access;
+    rule.parent_fd = place.number();
+    return syscall(SYS_landlock_add_rule, rules.number(), LANDLOCK_RULE_PATH_BENEATH, &rule, 0) ==
+           0;
 }
 
 bool allowReading(const Descriptor &rules, const char *path) {
     const Descriptor file(open(path, O_PATH | O_CLOEXEC));
     struct stat status = {};
-    if (!file.isOpen() || fstat(file.number(), &status) != 0) {
-        return true;
+    if (file.isOpen() && fstat(file.number(), &status) != 0) {
+        return false;
     }
     return allow(rules, file, is(S_IFDIR, status) ? readFolder : readFile);
 }
@@ -112,7 +127,9 @@ void confineTo(const char *readPath, const char *writePath) {
     if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 || isLink(writePath)) {
         return;
     }
-    const landlock_ruleset_attr handled = {readFolder | writeList | rest};
+    // Newer headers have more members; the kernel is given the first one alone.
+    landlock_ruleset_attr handled = {};
+    handled.handled_access_fs = readFolder | writeList | rest;
     const Descriptor rules(
         syscall(SYS_landlock_create_ruleset, &handled, sizeof handled.handled_access_fs, 0));
     if (rules.isOpen() && allowReading(rules, readPath) && allowWriting(rules, writePath)) {

@@ -7,15 +7,16 @@
  *
  *     appmngr_checkDbPath("db.img")  ->  appmngr_load_database()  ->  appmngr_saveIdAndName("list")
  *
- * It is not reentrant and belongs to one thread, for which 32 KiB of stack are enough. Calls that return int give 0 when they are done
- * and -1 when they fail unless told otherwise. Failures are told on standard output, one line at
- * each function that hands them up: "[Error](function) number: message".
+ * It is not reentrant and belongs to one thread, for which 32 KiB of stack are enough. Calls that
+ * return int give 0 when they are done and -1 when they fail unless told otherwise. Failures are told
+ * on standard output, one line at each function that hands them up:
+ * "[Error](function) number: message".
  */
 #ifndef VELDA_APPMNGR_APPMNGR_H
 #define VELDA_APPMNGR_APPMNGR_H
 
-#include "common/common.h"
-#include "xmlp/xmlp.h"
+#include "../common/common.h"
+#include "../xmlp/xmlp.h"
 
 #include <stdint.h>
 
@@ -151,7 +152,8 @@ typedef struct {
 /* ---- Loading --------------------------------------------------------------------------------- */
 
 /* Remembers the path of the image for later loads (the pointer: keep the text alive) and tries to
- * open it for reading. The path is remembered even when that fails. */
+ * open it for reading. The path is remembered even when that fails. It fails for a pipe too, and does
+ * not wait for one: what is not a file, a device or a folder (which has no bytes) holds no image. */
 int appmngr_checkDbPath(const char *path);
 
 /* Loads the database from the remembered path: resets the model, reads the first 64 KiB of the
@@ -283,10 +285,10 @@ typedef struct {
 
 /* What a load does with an element that it comes to. */
 typedef enum {
-    APPMNGR_VISIT_TAKEN,     /* it goes to its handler, which may still refuse its text */
-    APPMNGR_VISIT_EMPTY,     /* skipped: neither text nor children */
-    APPMNGR_VISIT_UNKNOWN,   /* skipped with all that is in it: no name of the database's */
-    APPMNGR_VISIT_MISPLACED, /* skipped with all that is in it: not where it belongs */
+    APPMNGR_VISIT_TAKEN,   /* it goes to its handlers, which may still refuse its text */
+    APPMNGR_VISIT_EMPTY,   /* skipped: neither text nor children */
+    APPMNGR_VISIT_UNKNOWN, /* skipped with all that is in it: no row of the table bears its name */
+    APPMNGR_VISIT_MISPLACED, /* skipped with all that is in it: not where its handler acts */
 } APPMNGR_VISIT;
 
 /* Is told of an element before anything is done with it; it must not change the tree. Reports that
@@ -296,17 +298,19 @@ typedef void (*APPMNGR_VISITOR)(const XMLP_NODE *node, APPMNGR_VISIT visit, void
 /* Sets the visitor of all loads from now on; null for none. */
 void appmngr_setVisitor(APPMNGR_VISITOR visitor, void *context);
 
-/* Set and read the table that the walk uses; null between loads. */
+/* Set and read the table that the walk uses; null between loads. The module's handlers do the same in
+ * any table. */
 int appmngr_setHandlerInfo(const APPMNGR_HANDLER_INFO *table);
 APPMNGR_HANDLER_INFO *appmngr_getHandlerInfo(void);
 
-/* Gives every child of `node` to appmngr_childnode_handler, until one is refused. Nesting beyond 64
- * levels of the walk is passed over. Always 0. */
+/* Deals with every child of `node` as appmngr_childnode_handler does, until one is refused. Always 0.
+ * With the module's own table nesting beyond 64 levels of the walk is passed over. With any other the
+ * whole tree is walked, on no more stack, and beyond 64 levels in memory of its own: "malloc memory
+ * faild." where there is none, and the children of that element are passed over. */
 int appmngr_xmlnode_handler(XMLP_NODE *node, void *param);
 
 /* Gives an element to the handlers of all rows that bear its name. An element with neither text nor
- * children is passed over, and so is one of the database document that stands where it does not
- * belong. -1 when no table is set. */
+ * children is passed over. -1 when no table is set. */
 int appmngr_childnode_handler(XMLP_NODE *node, void *param);
 
 #ifdef __cplusplus

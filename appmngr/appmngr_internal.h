@@ -89,9 +89,6 @@ void _appmngr_putNodeValue(const char *text);
 int _appmngr_getNodeInt(const XMLP_NODE *node, int32_t *out);
 int _appmngr_getNodeStr(const XMLP_NODE *node, char *dst, uint32_t size);
 
-/* 1 when an element stands where the row of this index in g_appmngr_nodeHandlers wants it. */
-int _appmngr_belongs(uint32_t row, const XMLP_NODE *node);
-
 /* ---- Handlers -------------------------------------------------------------------------------- */
 
 /* `param` is 0 or 1, which of two records a leaf belongs to (application or type, originating or

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#define HANDLER_ROW(name, handler, place) {#name, _appmngr_xmlnode_handler_##handler},
+#define HANDLER_ROW(name, handler, place, parent) {#name, _appmngr_xmlnode_handler_##handler},
 const APPMNGR_HANDLER_INFO g_appmngr_nodeHandlers[] = {
     DATABASE_ELEMENTS(HANDLER_ROW){nullptr, nullptr},
 };

@@ -7,38 +7,39 @@
 
 namespace velda::appmngr {
 
-// Every element of the document: its name, its handler and where it belongs. No name stands twice.
-#define DATABASE_ELEMENTS(ROW)                \
-    ROW(AppDB, pass, anywhere)                \
-    ROW(ver, ver, anywhere)                   \
-    ROW(proModel, proModel, anywhere)         \
-    ROW(expired, expired, anywhere)           \
-    ROW(appList, appList, inDatabase)         \
-    ROW(app, app, inAppList)                  \
-    ROW(id, id, inAppOrType)                  \
-    ROW(name, name, inAppOrType)              \
-    ROW(visible, visible, inApp)              \
-    ROW(typeIdList, pass, anywhere)           \
-    ROW(typeId, typeid, inTypeIdList)         \
-    ROW(ruleList, pass, inApp)                \
-    ROW(rule, rule, inRuleList)               \
-    ROW(tupleList, pass, inRule)              \
-    ROW(tuple, tuple, inTupleList)            \
-    ROW(ori, ori, anywhere)                   \
-    ROW(rep, rep, anywhere)                   \
-    ROW(enable, enable, inDirection)          \
-    ROW(segment, pass, anywhere)              \
-    ROW(start, start, inDirection)            \
-    ROW(end, end, inDirection)                \
-    ROW(minlength, minlength, inDirection)    \
-    ROW(dpiType, dpiType, inDirection)        \
-    ROW(dpiCode, dpiCode, inDirection)        \
-    ROW(appTypeList, appTypeList, inDatabase) \
-    ROW(appType, appType, inAppTypeList)      \
-    ROW(dnsKwList, pass, inApp)               \
-    ROW(dnsKw, dnsKw, inDnsKwList)
+// Every element of the document: its name, its handler, where the handler acts (places.h), and for
+// those that the counting pass counts or passes through the element around them. No name stands twice.
+#define DATABASE_ELEMENTS(ROW)                         \
+    ROW(AppDB, pass, anywhere, unknown)                \
+    ROW(ver, ver, anywhere, unknown)                   \
+    ROW(proModel, proModel, anywhere, unknown)         \
+    ROW(expired, expired, anywhere, unknown)           \
+    ROW(appList, appList, whereCounted, AppDB)         \
+    ROW(app, app, whereCounted, appList)               \
+    ROW(id, id, whereCounted, unknown)                 \
+    ROW(name, name, inRecord, unknown)                 \
+    ROW(visible, visible, inApp, unknown)              \
+    ROW(typeIdList, pass, anywhere, unknown)           \
+    ROW(typeId, typeid, inApp, unknown)                \
+    ROW(ruleList, pass, whereCounted, app)             \
+    ROW(rule, rule, whereCounted, ruleList)            \
+    ROW(tupleList, pass, whereCounted, rule)           \
+    ROW(tuple, tuple, whereCounted, tupleList)         \
+    ROW(ori, ori, anywhere, unknown)                   \
+    ROW(rep, rep, anywhere, unknown)                   \
+    ROW(enable, enable, inDirection, unknown)          \
+    ROW(segment, pass, anywhere, unknown)              \
+    ROW(start, start, inDirection, unknown)            \
+    ROW(end, end, inDirection, unknown)                \
+    ROW(minlength, minlength, inDirection, unknown)    \
+    ROW(dpiType, dpiType, inDirection, unknown)        \
+    ROW(dpiCode, dpiCode, inDirection, unknown)        \
+    ROW(appTypeList, appTypeList, whereCounted, AppDB) \
+    ROW(appType, appType, whereCounted, appTypeList)   \
+    ROW(dnsKwList, pass, whereCounted, app)            \
+    ROW(dnsKw, dnsKw, whereCounted, dnsKwList)
 
-#define ELEMENT_OF_ROW(name, handler, place) name,
+#define ELEMENT_OF_ROW(name, handler, place, parent) name,
 // Which row of g_appmngr_nodeHandlers.
 enum class Element : uint32_t { DATABASE_ELEMENTS(ELEMENT_OF_ROW) unknown };
 #undef ELEMENT_OF_ROW
@@ -60,6 +61,10 @@ inline Element elementOf(const XMLP_NODE *node) {
     AddressedElement &known =
         elementsByAddress[reinterpret_cast<uintptr_t>(name) / 4 % std::size(elementsByAddress)];
     return known.address == name && name != nullptr ? known.element : lookUpElement(name, known);
+}
+
+inline bool isA(const XMLP_NODE *node, Element element) {
+    return node != nullptr && elementOf(node) == element;
 }
 
 // While one of these lives, all elements are those of one tree that nobody changes, so that the address

@@ -4,8 +4,11 @@
 // the current cursor; cursors advance when a container ends. So the order of the document matters.
 
 #include "appmngr/applications.h"
+#include "appmngr/walk.h"
 
 #include <algorithm>
+
+using namespace velda::appmngr;
 
 namespace {
 
@@ -18,7 +21,7 @@ void *selector(uintptr_t value) {
 // Null where the cursor has reached what was counted.
 
 APPMNGR_APP *currentApp() {
-    const auto apps = velda::appmngr::countedApplications();
+    const auto apps = countedApplications();
     const uint32_t index = g_appmngr_counter.appIdx;
     return index < apps.size() ? &apps[index] : nullptr;
 }
@@ -45,13 +48,13 @@ APPMNGR_FEATURE *currentFeature(const void *param) {
 }
 
 int setFeatureInt(const XMLP_NODE *node, const void *param, int32_t APPMNGR_FEATURE::*field) {
-    APPMNGR_FEATURE *feature = currentFeature(param);
+    APPMNGR_FEATURE *feature = inDirection(node, param) ? currentFeature(param) : nullptr;
     return feature == nullptr ? -1 : _appmngr_getNodeInt(node, &(feature->*field));
 }
 
 template <size_t Size>
 int setFeatureText(const XMLP_NODE *node, const void *param, char (APPMNGR_FEATURE::*field)[Size]) {
-    APPMNGR_FEATURE *feature = currentFeature(param);
+    APPMNGR_FEATURE *feature = inDirection(node, param) ? currentFeature(param) : nullptr;
     if (feature == nullptr) {
         return -1;
     }
@@ -59,12 +62,111 @@ int setFeatureText(const XMLP_NODE *node, const void *param, char (APPMNGR_FEATU
     return 0;
 }
 
+// ---- Containers ---------------------------------------------------------------------------------
+
+// All ask whether the element stands where it is counted: the walk relies on that below it.
+
+bool enterPass(const XMLP_NODE *node, void *, Descent &) {
+    return whereCounted(node);
+}
+
+template <uintptr_t Selector>
+bool enterList(const XMLP_NODE *node, void *, Descent &descent) {
+    descent.param = selector(Selector);
+    descent.scope = Scope::database;
+    return whereCounted(node);
+}
+
+template <uintptr_t Selector>
+bool enterDirection(const XMLP_NODE *node, void *, Descent &descent) {
+    descent.param = selector(Selector);
+    return whereCounted(node);
+}
+
+bool enterApp(const XMLP_NODE *node, void *, Descent &descent) {
+    descent.scope = Scope::app;
+    descent.leave = [](uint32_t) {
+        ++g_appmngr_counter.appIdx;
+        return 0;
+    };
+    return currentApp() != nullptr && whereCounted(node);
+}
+
+bool enterAppType(const XMLP_NODE *node, void *, Descent &descent) {
+    descent.scope = Scope::appType;
+    descent.leave = [](uint32_t) {
+        ++g_appmngr_counter.appTypeIdx;
+        return 0;
+    };
+    return currentAppType() != nullptr && whereCounted(node);
+}
+
+// Each tuple has filled a record of its own; the rest of the rule is the same in all of them.
+int completeRule(uint32_t tuples) {
+    APPMNGR_RULE *rule = currentRule();
+    const APPMNGR_APP *app = currentApp();
+    if (rule == nullptr || app == nullptr) {
+        return -1;
+    }
+    rule->appid = app->id;
+    std::for_each(rule + 1, rule + std::max(tuples, uint32_t{1}), [rule](APPMNGR_RULE &further) {
+        further.appid = rule->appid;
+        further.orig = rule->orig;
+        further.reply = rule->reply;
+    });
+    g_appmngr_counter.ruleIdx += tuples;
+    return 0;
+}
+
+bool enterRule(const XMLP_NODE *node, void *, Descent &descent) {
+    descent.hasCounter = true;
+    descent.leave = completeRule;
+    return whereCounted(node);
+}
+
+struct Container {
+    int (*handler)(XMLP_NODE *node, void *param);
+    Enter enter;
+};
+
+constexpr Container containers[] = {
+    {_appmngr_xmlnode_handler_pass, enterPass},
+    {_appmngr_xmlnode_handler_rule, enterRule},
+    {_appmngr_xmlnode_handler_app, enterApp},
+    {_appmngr_xmlnode_handler_ori, enterDirection<0>},
+    {_appmngr_xmlnode_handler_rep, enterDirection<1>},
+    {_appmngr_xmlnode_handler_appType, enterAppType},
+    {_appmngr_xmlnode_handler_appList, enterList<0>},
+    {_appmngr_xmlnode_handler_appTypeList, enterList<1>},
+};
+
+constexpr Enter findEnter(int (*handler)(XMLP_NODE *node, void *param)) {
+    for (const Container &container : containers) {
+        if (container.handler == handler) {
+            return container.enter;
+        }
+    }
+    return nullptr;
+}
+
+#define ENTER_OF_ROW(name, handler, place, parent) findEnter(_appmngr_xmlnode_handler_##handler),
+constexpr Enter entersOfRows[] = {DATABASE_ELEMENTS(ENTER_OF_ROW) nullptr};
+#undef ENTER_OF_ROW
+
 } // namespace
+
+Enter velda::appmngr::enterOf(int (*handler)(XMLP_NODE *node, void *param)) {
+    return findEnter(handler);
+}
+
+Enter velda::appmngr::enterOf(Element element) {
+    return entersOfRows[static_cast<uint32_t>(element)];
+}
 
 // ---- The header ---------------------------------------------------------------------------------
 
 int _appmngr_xmlnode_handler_pass(XMLP_NODE *node, void *param) {
-    return appmngr_xmlnode_handler(node, param);
+    return walkContainer(enterPass, node, param);
 }
 
 int _appmngr_xmlnode_handler_ver(XMLP_NODE *node, void *) {
@@ -81,33 +183,26 @@ int _appmngr_xmlnode_handler_expired(XMLP_NODE *node, void *) {
 
 // ---- Applications and types ---------------------------------------------------------------------
 
-int _appmngr_xmlnode_handler_appList(XMLP_NODE *node, void *) {
-    return appmngr_xmlnode_handler(node, selector(0));
+int _appmngr_xmlnode_handler_appList(XMLP_NODE *node, void *param) {
+    return walkContainer(enterList<0>, node, param);
 }
 
 int _appmngr_xmlnode_handler_app(XMLP_NODE *node, void *param) {
-    if (currentApp() == nullptr) {
-        return -1;
-    }
-    appmngr_xmlnode_handler(node, param);
-    ++g_appmngr_counter.appIdx;
-    return 0;
+    return walkContainer(enterApp, node, param);
 }
 
-int _appmngr_xmlnode_handler_appTypeList(XMLP_NODE *node, void *) {
-    return appmngr_xmlnode_handler(node, selector(1));
+int _appmngr_xmlnode_handler_appTypeList(XMLP_NODE *node, void *param) {
+    return walkContainer(enterList<1>, node, param);
 }
 
 int _appmngr_xmlnode_handler_appType(XMLP_NODE *node, void *param) {
-    if (currentAppType() == nullptr) {
-        return -1;
-    }
-    appmngr_xmlnode_handler(node, param);
-    ++g_appmngr_counter.appTypeIdx;
-    return 0;
+    return walkContainer(enterAppType, node, param);
 }
 
 int _appmngr_xmlnode_handler_id(XMLP_NODE *node, void *param) {
+    if (!whereCounted(node)) {
+        return -1;
+    }
     APPMNGR_APP *app = currentApp();
     if (param == selector(0) && app != nullptr) {
         return _appmngr_getNodeInt(node, &app->id);
@@ -120,6 +215,9 @@ int _appmngr_xmlnode_handler_id(XMLP_NODE *node, void *param) {
 }
 
 int _appmngr_xmlnode_handler_name(XMLP_NODE *node, void *param) {
+    if (!inRecord(node, param)) {
+        return -1;
+    }
     APPMNGR_APP *app = currentApp();
     if (param == selector(0) && app != nullptr) {
         return _appmngr_getNodeStr(node, app->name, sizeof app->name);
@@ -133,13 +231,13 @@ int _appmngr_xmlnode_handler_name(XMLP_NODE *node, void *param) {
 
 int _appmngr_xmlnode_handler_visible(XMLP_NODE *node, void *) {
     APPMNGR_APP *app = currentApp();
-    return app == nullptr ? -1 : _appmngr_getNodeInt(node, &app->visible);
+    return app == nullptr || !inApp(node) ? -1 : _appmngr_getNodeInt(node, &app->visible);
 }
 
 int _appmngr_xmlnode_handler_typeid(XMLP_NODE *node, void *) {
     const APPMNGR_APP *app = currentApp();
     int32_t id = 0;
-    if (app == nullptr || _appmngr_getNodeInt(node, &id) != 0) {
+    if (app == nullptr || !inApp(node) || _appmngr_getNodeInt(node, &id) != 0) {
         return -1;
     }
     APPMNGR_APPTYPE *type = _appmngr_getAppTypeBydId(id);
@@ -157,7 +255,8 @@ int _appmngr_xmlnode_handler_typeid(XMLP_NODE *node, void *) {
 
 int _appmngr_xmlnode_handler_dnsKw(XMLP_NODE *node, void *) {
     const APPMNGR_APP *app = currentApp();
-    if (app == nullptr || g_appmngr_counter.dnsKwIdx >= g_appmngr_appDns.count) {
+    if (app == nullptr || g_appmngr_counter.dnsKwIdx >= g_appmngr_appDns.count ||
+        !whereCounted(node)) {
         return -1;
     }
     APPMNGR_DNS_RULE &keyword = g_appmngr_appDns.rule[g_appmngr_counter.dnsKwIdx];
@@ -168,31 +267,16 @@ int _appmngr_xmlnode_handler_dnsKw(XMLP_NODE *node, void *) {
 
 // ---- Rules --------------------------------------------------------------------------------------
 
-int _appmngr_xmlnode_handler_rule(XMLP_NODE *node, void *) {
-    uint32_t tuples = 0;
-    appmngr_xmlnode_handler(node, &tuples);
-    APPMNGR_RULE *rule = currentRule();
-    const APPMNGR_APP *app = currentApp();
-    if (rule == nullptr || app == nullptr) {
-        return -1;
-    }
-    // Each tuple has filled a record of its own; the rest of the rule is the same in all of them.
-    rule->appid = app->id;
-    std::for_each(rule + 1, rule + std::max(tuples, uint32_t{1}), [rule](APPMNGR_RULE &further) {
-        further.appid = rule->appid;
-        further.orig = rule->orig;
-        further.reply = rule->reply;
-    });
-    g_appmngr_counter.ruleIdx += tuples;
-    return 0;
+int _appmngr_xmlnode_handler_rule(XMLP_NODE *node, void *param) {
+    return walkContainer(enterRule, node, param);
 }
 
-int _appmngr_xmlnode_handler_ori(XMLP_NODE *node, void *) {
-    return appmngr_xmlnode_handler(node, selector(0));
+int _appmngr_xmlnode_handler_ori(XMLP_NODE *node, void *param) {
+    return walkContainer(enterDirection<0>, node, param);
 }
 
-int _appmngr_xmlnode_handler_rep(XMLP_NODE *node, void *) {
-    return appmngr_xmlnode_handler(node, selector(1));
+int _appmngr_xmlnode_handler_rep(XMLP_NODE *node, void *param) {
+    return walkContainer(enterDirection<1>, node, param);
 }
 
 int _appmngr_xmlnode_handler_enable(XMLP_NODE *node, void *param) {

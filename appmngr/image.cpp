@@ -5,10 +5,14 @@
 
 #include <algorithm>
 #include <arpa/inet.h>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <lzma.h>
+#include <sys/stat.h>
+#include <unistd.h>
 #include <utility>
 
 const char *g_appmngr_dbPath;
@@ -22,8 +26,38 @@ constexpr uint32_t propertiesSize = 5;
 constexpr uint32_t streamSizeMin = 5; // the range coder's first bytes
 constexpr uint8_t propertiesByteLimit = 9 * 5 * 5;
 
+// What gives its bytes to whoever comes, as often as asked. A pipe gives them to one reader only, and
+// opening one or reading it waits for somebody who may never come. A folder gives no bytes.
+bool canHoldImage(int descriptor) {
+    struct stat status = {};
+    if (fstat(descriptor, &status) != 0) {
+        return false;
+    }
+    if (S_ISREG(status.st_mode) || S_ISBLK(status.st_mode) || S_ISCHR(status.st_mode) ||
+        S_ISDIR(status.st_mode)) {
+        return true;
+    }
+    errno = ESPIPE;
+    return false;
+}
+
+// Null, with the reason in errno, also for a path that leads to a pipe.
 OwnedFile openForReading(const char *path) {
-    return OwnedFile(path != nullptr ? std::fopen(path, "r") : nullptr);
+    // Without O_NONBLOCK opening a pipe would wait; from then on a terminal is read as usual.
+    const int descriptor = path != nullptr ? open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC) : -1;
+    if (descriptor < 0) {
+        return nullptr;
+    }
+    if (canHoldImage(descriptor) && fcntl(descriptor, F_SETFL, 0) == 0) {
+        OwnedFile file(fdopen(descriptor, "r"));
+        if (file != nullptr) {
+            return file;
+        }
+    }
+    const int reason = errno;
+    close(descriptor);
+    errno = reason;
+    return nullptr;
 }
 
 class Decoder {
@@ -75,29 +109,33 @@ uint32_t littleEndian(const uint8_t *bytes) {
            uint32_t{bytes[3]} << 24;
 }
 
-// Decodes a block into a zeroed text buffer and gives the length of the text: what the block
-// declares whether all of it could be decoded or not, 0 when decoding can't even begin, `capacity`
-// when the block has no header.
-uint32_t decodeBlock(const uint8_t *block, uint32_t blockLength, char *text, uint32_t capacity) {
+// Decodes a block into a zeroed text buffer and sets the length of the text: what the block declares
+// whether all of it could be decoded or not, 0 when it holds nothing that could be decoded, `capacity`
+// when it has no header. False when the decoder gets no memory, which is no fault of the block's.
+bool decodeBlock(const uint8_t *block, uint32_t blockLength, char *text, uint32_t capacity,
+                 uint32_t &length) {
+    length = capacity;
     if (blockLength < APPMNGR_BLOCK_HEADER_SIZE) {
-        return capacity;
+        return true;
     }
     const uint8_t *properties = block + APPMNGR_BLOCK_PROPERTIES;
     const uint32_t codedSize = blockLength - APPMNGR_BLOCK_HEADER_SIZE;
     if (codedSize < streamSizeMin || properties[0] >= propertiesByteLimit) {
-        return 0;
+        length = 0;
+        return true;
     }
     Decoder decoder;
     const lzma_ret begun = decoder.begin(properties, capacity);
     if (begun == LZMA_MEM_ERROR) {
-        return 0;
+        return false;
     }
     const uint32_t declaredSize = littleEndian(block + APPMNGR_BLOCK_TEXT_SIZE);
     // Nothing beyond the declared size is ever looked at.
     if (begun == LZMA_OK && declaredSize < capacity) {
         decoder.run(block + APPMNGR_BLOCK_HEADER_SIZE, codedSize, text, declaredSize);
     }
-    return declaredSize;
+    length = declaredSize;
+    return true;
 }
 
 template <class Byte>
@@ -120,8 +158,12 @@ int readAppDb() {
         return -1;
     }
     const uint32_t capacity = g_appmngr_dbLayout.appDbXmlSize;
-    const uint32_t length = decodeBlock(g_appmngr_flashBuf + APPMNGR_IMAGE_LENGTH_SIZE, blockLength,
-                                        g_appmngr_appDbXml, capacity);
+    uint32_t length = 0;
+    if (!decodeBlock(g_appmngr_flashBuf + APPMNGR_IMAGE_LENGTH_SIZE, blockLength,
+                     g_appmngr_appDbXml, capacity, length)) {
+        appmngr_report(function, 2160, "malloc memory faild.\n");
+        return -1;
+    }
     if (length >= capacity) {
         appmngr_report(function, 2167, "Size of buffer \"%d\" is too small.\n",
                        static_cast<int>(capacity));
@@ -175,7 +217,7 @@ int _appmngr_readDbFile(long offset, uint32_t size, void *buf) {
     if (file == nullptr) {
         return -1;
     }
-    // A pipe can't seek, and at offset 0 it need not; a short read leaves the rest as it was.
+    // A terminal can't seek, and at offset 0 it need not; a short read leaves the rest as it was.
     static_cast<void>(std::fseek(file.get(), offset, SEEK_SET));
     static_cast<void>(!std::fread(buf, size, 1, file.get()));
     return 0;

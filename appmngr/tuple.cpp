@@ -3,6 +3,7 @@
 
 #include "appmngr/appmngr_internal.h"
 #include "appmngr/node_text.h"
+#include "appmngr/places.h"
 
 #include <arpa/inet.h>
 #include <cstring>
@@ -14,15 +15,10 @@ constexpr size_t tupleTextSize = 64;
 constexpr int fieldCount = 3;
 constexpr int endpointFieldCount = 2;
 
-// Null where `param` is no rule's counter or the record lies beyond what was counted.
+// Null where the record lies beyond what was counted.
 APPMNGR_RULE *ruleRecord(const uint32_t *tuples) {
     const uint64_t index = uint64_t{g_appmngr_counter.ruleIdx} + *tuples;
     return index < g_appmngr_appDb.ruleCount ? &g_appmngr_appDb.rule[index] : nullptr;
-}
-
-bool isTupleCounter(const void *param) {
-    constexpr uintptr_t largestSelector = 1;
-    return reinterpret_cast<uintptr_t>(param) > largestSelector;
 }
 
 // An IPv4 address in network byte order; "0" stands for any and is 0.
@@ -132,7 +128,8 @@ private:
 } // namespace
 
 int _appmngr_xmlnode_handler_tuple(XMLP_NODE *node, void *param) {
-    if (node == nullptr || !isTupleCounter(param)) {
+    if (node == nullptr || velda::appmngr::isSelector(param) ||
+        !velda::appmngr::whereCounted(node)) {
         return -1;
     }
     auto *tuples = static_cast<uint32_t *>(param);

@@ -96,8 +96,9 @@ int appmngr_string_safeCaseCmp(const char *a, const char *b);
 int appmngr_string_match(const char *a, const char *b);
 
 /* Splits `str` in place into the tokens that `ch`, TAB, CR and LF separate (runs count as one
- * separator; leading and trailing ones yield nothing). Stores the tokens in `out`, then a null
- * pointer, and returns how many there are.
+ * separator; leading and trailing ones yield nothing). A NUL as `ch` ends that set before it begins:
+ * nothing separates then, and a text that is not empty is one token. Stores the tokens in `out`, then
+ * a null pointer, and returns how many there are.
  * At most maxNum - 1 tokens are accepted and `out` needs room for maxNum pointers; as soon as
  * maxNum tokens are stored that is reported and gives -1. A null `str` or `out`, or a maxNum that
  * is not positive, is reported and gives -1. */

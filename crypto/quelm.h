@@ -81,8 +81,9 @@ int32_t quelm_md5_des_do(const void *input, int32_t inputLength, void *output,
                          int32_t outputCapacity, const void *key, int encrypt);
 
 /* The same from file to file, under the library's own key, for inputs of up to 16,382 bytes. 0,
- * also when the output could not be written whole; -1 when a file can't be opened or read or the
- * input is larger (in silence). What failed is reported with the system's reason: "open input file", "read", "open
+ * also when the output could not be written whole; -1 when a file can't be opened or read, memory
+ * runs out or the input is larger (silently). What failed is reported with the system's reason: "open
+ * input file", "quelm_md5_des_file" for memory, of which it takes 64 KiB and wipes them, "read", "open
  * output file", "write". */
 int quelm_md5_des_file(const char *inputPath, const char *outputPath, int encrypt);
 

@@ -60,6 +60,30 @@ Operation parse(const std::string &text, uint32_t isStatic) {
     };
 }
 
+// Containers in one another, deeper than the walk has levels in place, and a version in the innermost.
+int64_t walkDeep() {
+    static XMLP_NODE nodes[72];
+    static char name[] = "segment";
+    static char innermost[] = "ver";
+    static char version[] = "2.0";
+    static const APPMNGR_HANDLER_INFO table[] = {{name, _appmngr_xmlnode_handler_pass},
+                                                 {innermost, _appmngr_xmlnode_handler_ver},
+                                                 {nullptr, nullptr}};
+    for (size_t i = 0; i < std::size(nodes); ++i) {
+        const bool isLast = i + 1 == std::size(nodes);
+        nodes[i].name = isLast ? innermost : name;
+        nodes[i].type = isLast ? XMLP_TYPE_LEAF : XMLP_TYPE_BRANCH;
+        nodes[i].parent = i > 0 ? &nodes[i - 1] : nullptr;
+        nodes[i].firstChild = isLast ? nullptr : &nodes[i + 1];
+    }
+    std::end(nodes)[-1].value = version;
+    std::end(nodes)[-1].valueSize = 3;
+    appmngr_setHandlerInfo(table);
+    const int result = appmngr_xmlnode_handler(&nodes[0], nullptr);
+    appmngr_setHandlerInfo(nullptr);
+    return result;
+}
+
 char y[] = "y";
 char two[] = "2";
 XMLP_ATTR_PAIR asked = {};
@@ -129,6 +153,7 @@ std::map<std::string, Operation> operations = {
     {"open", [](D) { return appmngr_checkDbPath("image"); }},
     {"buffers", [](D) { return appmngr_file_alloc() == 0 ? appmngr_file_free() : -1; }},
     {"load", [](D) { return appmngr_load_database(); }},
+    {"walk deep", [](D) { return walkDeep(); }},
     {"describe", [](D) {
         g_appmngr_counter.descAppCnt = g_appmngr_counter.descAppTypeCnt = 2;
         return _appmngr_alloc_for_appdesc(); }},
@@ -165,6 +190,7 @@ protected:
         writeFile("list", "old\n");
         appmngr_checkDbPath("image");
         outputOf([] { EXPECT_EQ(appmngr_load_database(), 0); });
+        const int descriptor = nextDescriptor();
         const auto before = stateOf(doc);
         int64_t result = 0;
         bool isFailed = false;
@@ -189,6 +215,7 @@ protected:
         outputOf([] { appmngr_dbReInit(); });
         std::free(std::exchange(g_appmngr_decryptBuf, nullptr));
         EXPECT_EQ(blocksLeft(), 0u) << outcome;
+        EXPECT_EQ(nextDescriptor(), descriptor) << outcome;
         return isFailed;
     }
 

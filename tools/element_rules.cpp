@@ -4,6 +4,7 @@
 #include "tools/text.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <optional>
 
@@ -40,6 +41,44 @@ constexpr Leaf leaves[] = {
 };
 
 constexpr Leaf container = {"", 0, Holds::elements, true};
+
+// Where the format has what a load takes wherever it comes to it.
+struct Home {
+    const char *name;
+    std::array<const char *, 3> parents;
+};
+
+constexpr Home homes[] = {
+    {"AppDB", {""}}, // the document itself
+    {"ver", {"AppDB"}},
+    {"proModel", {"AppDB"}},
+    {"expired", {"AppDB"}},
+    {"name", {"app", "appType"}},
+    {"visible", {"app"}},
+    {"typeIdList", {"app"}},
+    {"typeId", {"typeIdList"}},
+    {"ori", {"rule"}},
+    {"rep", {"rule"}},
+    {"segment", {"ori", "rep", "segment"}},
+    {"enable", {"ori", "rep", "segment"}},
+    {"start", {"ori", "rep", "segment"}},
+    {"end", {"ori", "rep", "segment"}},
+    {"minlength", {"ori", "rep", "segment"}},
+    {"dpiType", {"ori", "rep", "segment"}},
+    {"dpiCode", {"ori", "rep", "segment"}},
+};
+
+bool isAtHome(const XMLP_NODE *node) {
+    const auto *home = std::find_if(std::begin(homes), std::end(homes),
+                                    [node](const Home &row) { return isNamed(node, row.name); });
+    if (home == std::end(homes)) {
+        return true; // the load has seen to it
+    }
+    const XMLP_NODE *parent = node->parent;
+    return std::any_of(home->parents.begin(), home->parents.end(), [parent](const char *name) {
+        return name != nullptr && (parent->name != nullptr ? isNamed(parent, name) : *name == '\0');
+    });
+}
 
 const Leaf &kindOf(const XMLP_NODE *node) {
     const auto *found = std::find_if(std::begin(leaves), std::end(leaves),
@@ -133,6 +172,9 @@ void examinePorts(std::string_view text, const ElementRules::Tell &tell) {
 
 void ElementRules::examine(const XMLP_NODE *node, const ElementPath &path, const Tell &tell) {
     const Leaf &leaf = kindOf(node);
+    if (!isAtHome(node)) {
+        tell("not where it belongs, but read there too");
+    }
     if (leaf.holds == Holds::elements) {
         if (path.depth() == nestingMax && node->firstChild != nullptr) {
             tell("skipped: nested deeper than " + std::to_string(nestingMax) + " levels");

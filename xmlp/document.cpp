@@ -42,7 +42,6 @@ XMLP_DOC *xmlp_loadDoc(const char *xmlBuf, uint32_t len, uint32_t isStatic) {
         std::free(doc);
         return nullptr;
     }
-    doc->tree->refCount = 1;
     return doc;
 }
 
@@ -63,7 +62,8 @@ void xmlp_releaseDoc(XMLP_DOC *doc) {
         return;
     }
     _lock(doc);
-    // A document that was parsed but never loaded counts no holders; its one owner is the last.
+    // A handle that a caller has made for a tree of xmlp_parse counts no references: its one owner is
+    // the last.
     if (doc->tree != nullptr && doc->tree->refCount > 1) {
         --doc->tree->refCount;
         _unLock(doc);

@@ -94,5 +94,9 @@ XMLP_DOC *xmlp_xml2Tree(const char *xmlBuf, uint32_t len, uint32_t isStatic) {
         return nullptr;
     }
     doc->tree = xmlp_parse(xmlBuf, len, isStatic);
-    return doc->tree != nullptr ? doc.release() : nullptr;
+    if (doc->tree == nullptr) {
+        return nullptr;
+    }
+    doc->tree->refCount = 1;
+    return doc.release();
 }

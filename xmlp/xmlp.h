@@ -148,13 +148,14 @@ void xmlp_releaseDoc(XMLP_DOC *doc);
  *   "not same tag name.", "valid tag name." (a byte of an end tag that no name may hold),
  *   "error xml tag name.", "error xml attribute.", "error xml attributeibute." (a tag that ends
  *   inside an attribute), "attr name existed.", "invalid value." (an unknown reference in a text),
- *   "single element is named item." (an item beside other elements), "tag name is not item."
- *   (another element in a list, or any element in an item).
+ *   "single element is named item." (an item beside other elements or in an item), "tag name is not
+ *   item." (another element in a list or in an item).
  * A fault in the structure of tags is followed by "error xml tag." for every enclosing element.
  * Only where there is no memory for the text of an element of a dynamic tree no line is printed. */
 XMLP_TREE *xmlp_parse(const char *xmlBuf, uint32_t len, uint32_t isStatic);
 
-/* As xmlp_parse, with the tree in a new handle. `refCount` is 0. */
+/* As xmlp_parse, with the tree in a new handle that counts as one reference: free it with
+ * xmlp_releaseDoc. */
 XMLP_DOC *xmlp_xml2Tree(const char *xmlBuf, uint32_t len, uint32_t isStatic);
 
 /* The element that a path names: "/" is the document node, "/a/b" the first child named b of the

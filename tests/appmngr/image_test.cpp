@@ -3,6 +3,9 @@
 #include "tests/appmngr/model_fixture.h"
 #include "tests/support/files.h"
 
+#include <cerrno>
+#include <sys/stat.h>
+
 namespace {
 
 class Image : public Model {
@@ -70,6 +73,20 @@ TEST_F(Image, NeedsAFile) {
     EXPECT_EQ(errorsOf([&] { output = outputOf([] { appmngr_load_database(); }); }),
               "read db flash fail\n: No such file or directory\n");
     EXPECT_EQ(output, "[Error](_appmngr_readFromDatabase) 2570: _appmngr_readAppDb failed\n");
+}
+
+// A pipe that nobody writes to would keep whoever opens or reads it waiting.
+TEST_F(Image, IsNoPipe) {
+    ASSERT_EQ(mkfifo(path_.c_str(), 0600), 0);
+    EXPECT_EQ(appmngr_checkDbPath(path_.c_str()), -1);
+    char byte = 'x';
+    EXPECT_EQ(_appmngr_readDbFile(0, 1, &byte), -1);
+    EXPECT_EQ(errno, ESPIPE);
+    EXPECT_EQ(byte, 'x');
+    EXPECT_EQ(loadFile("/dev/zero"),
+              "[Error](_appmngr_readAppDb) 2167: Size of buffer \"204800\" is too small.\n"
+              "[Error](_appmngr_readFromDatabase) 2570: _appmngr_readAppDb failed\n")
+        << "a device can hold an image";
 }
 
 } // namespace

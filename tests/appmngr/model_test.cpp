@@ -1,16 +1,20 @@
 // What a document does to the model: counting, allocation, the walk, reset and lookups.
 
 #include "tests/appmngr/model_fixture.h"
+#include "tests/support/trees.h"
 
 namespace {
+
+std::string documentOf(const Case &test) {
+    const std::string apps = test.text("apps", appElement(1, "one", test.text("more")));
+    return test.text("document", smallDocument(apps, test.text("types")));
+}
 
 TEST_F(Model, IsFilledFromADocument) {
     ASSERT_EQ(load(smallDocument()), 0);
     const std::string smallModel = modelText();
     forEachCase("model.cases", [&](const Case &test) {
-        const std::string apps = test.text("apps", appElement(1, "one", test.text("more")));
-        EXPECT_EQ(load(test.text("document", smallDocument(apps, test.text("types")))),
-                  test.number("result"));
+        EXPECT_EQ(load(documentOf(test)), test.number("result"));
         EXPECT_EQ(printed, test.lines("printed"));
         EXPECT_EQ(modelText(), test.has("model") ? test.lines("model") : smallModel);
         const APPMNGR_COUNTER &counter = g_appmngr_counter;
@@ -21,6 +25,123 @@ TEST_F(Model, IsFilledFromADocument) {
         }
         EXPECT_EQ(counts, test.text("counts", counts));
     });
+}
+
+std::vector<APPMNGR_HANDLER_INFO> copiedTable() {
+    const APPMNGR_HANDLER_INFO *end = g_appmngr_nodeHandlers;
+    while (end->name != nullptr) {
+        ++end;
+    }
+    return {g_appmngr_nodeHandlers, end + 1};
+}
+
+// The steps of a load after the text is there, with a table of the caller's.
+void fill(std::string document, const std::vector<APPMNGR_HANDLER_INFO> &table) {
+    appmngr_dbReInit();
+    document.erase(0, document.find('<')); // a byte-order mark
+    const Doc doc = parseStatic(document);
+    XMLP_NODE *root = doc->tree->rootNode;
+    appmngr_parseThroughXML("root", root);
+    if (_appmngr_alloc_for_appdb() != 0) {
+        return;
+    }
+    for (uint32_t i = 0; i < g_appmngr_appDb.appTypeCount; ++i) {
+        g_appmngr_appDb.appType[i].id = g_appmngr_appTypeId[i];
+    }
+    appmngr_setHandlerInfo(table.data());
+    appmngr_xmlnode_handler(root, nullptr);
+    appmngr_setHandlerInfo(nullptr);
+    g_appmngr_appDb.ruleCount = g_appmngr_counter.ruleIdx;
+    g_appmngr_appDb.appTypeCount = g_appmngr_counter.appTypeIdx;
+    g_appmngr_appDb.appCount = g_appmngr_counter.appIdx;
+}
+
+TEST_F(Model, IsFilledInTheSameWayByACopyOfTheTable) {
+    const auto table = copiedTable();
+    forEachCase("model.cases", [&](const Case &test) {
+        if (test.number("result") != 0) {
+            return;
+        }
+        load(documentOf(test));
+        const std::string expected = test.has("copied") ? test.lines("copied") : modelText();
+        outputOf([] { appmngr_dbReInit(); });
+        EXPECT_EQ(outputOf([&] { fill(documentOf(test), table); }), printed);
+        EXPECT_EQ(modelText(), expected);
+    });
+}
+
+// As deep as a text can be; the containers nest in one another in any order.
+TEST_F(Model, IsFilledFromAnyDepthByACallersTable) {
+    constexpr int levels = 300'000;
+    const std::pair<const char *, const char *> names[] = {
+        {"<ori>", "</ori>"}, {"<segment>", "</segment>"}, {"<typeIdList>", "</typeIdList>"}};
+    std::string begin;
+    std::string end;
+    for (int i = 0; i < levels; ++i) {
+        begin += names[i % 3].first;
+        end += names[(levels - 1 - i) % 3].second;
+    }
+    const std::string deep = begin + "<typeId>1</typeId><typeId>9</typeId>" + end;
+    const std::string document = smallDocument(appElement(1, "one", deep));
+    EXPECT_EQ(load(document), 0);
+    EXPECT_EQ(printed, "") << "a load stops at 64 levels";
+    const std::string line =
+        "[Error](_appmngr_xmlnode_handler_typeid) 1102: _appmngr_getAppTypeBydId FAILED\n";
+    EXPECT_EQ(outputOf([&] { fill(document, copiedTable()); }), line);
+    EXPECT_EQ(appmngr_bitmap_test(g_appmngr_appDb.appType[0].appBitmap, 1), 1);
+}
+
+// A row of the caller's own is called wherever its element stands, and may walk on by itself; what it
+// comes to behaves as it does in any walk.
+TEST_F(Model, IsFilledUnderHandlersOfACaller) {
+    auto table = copiedTable();
+    static std::string seen;
+    const auto walkOn = [](XMLP_NODE *node, void *param) {
+        seen += node->name;
+        return appmngr_xmlnode_handler(node, param);
+    };
+    const auto look = [](XMLP_NODE *node, void *) {
+        seen += std::string(node->value, node->valueSize);
+        return 0;
+    };
+    table.insert(table.begin(), {{"tupleList", look}, {"shelf", walkOn}, {"ver", look}});
+    std::string visits;
+    appmngr_setVisitor(
+        [](const XMLP_NODE *, APPMNGR_VISIT visit, void *context) {
+            static_cast<std::string *>(context)->append(std::to_string(visit));
+        },
+        &visits);
+    const std::string more = "<shelf><typeId>1</typeId><app><id>7</id></app><ver>2</ver><x>x</x>"
+                             "<shelf><name>deep</name></shelf></shelf><shelf/>";
+    outputOf([&] { fill(smallDocument(appElement(1, "one", more)), table); });
+    appmngr_setVisitor(nullptr, nullptr);
+    EXPECT_EQ(seen, "1.0shelf2shelf");
+    EXPECT_EQ(modelText(), "ver '2' model '' expired ''\napp 1 'deep' visible 0\n"
+                           "type 1 '' has 1\nrule 1: 6 0.0.0.0:0 0.0.0.0:80\n");
+    EXPECT_EQ(visits, "000000000000000302001");
+}
+
+// Where a tree begins below the database, the records are all there is to go by.
+TEST_F(Model, IsFilledByHandlersCalledOnPartsOfADocument) {
+    ASSERT_EQ(load(smallDocument()), 0);
+    g_appmngr_counter.appIdx = g_appmngr_counter.ruleIdx = 0;
+    using Handler = int (*)(XMLP_NODE *, void *);
+    const std::pair<const char *, Handler> parts[] = {
+        {"<typeId>1</typeId>", _appmngr_xmlnode_handler_typeid},
+        {"<visible>5</visible>", _appmngr_xmlnode_handler_visible},
+        {"<rule><tupleList><tuple>udp 0:0 0:9</tuple></tupleList><ori><end>6</end></ori></rule>",
+         _appmngr_xmlnode_handler_rule},
+        {"<app><id>7</id><name>part</name></app>", _appmngr_xmlnode_handler_app},
+    };
+    appmngr_setHandlerInfo(g_appmngr_nodeHandlers);
+    for (const auto &[text, handler] : parts) {
+        const Doc doc = parseStatic(text);
+        EXPECT_EQ(handler(doc->tree->rootNode->firstChild, nullptr), 0) << text;
+        EXPECT_EQ(appmngr_getHandlerInfo(), g_appmngr_nodeHandlers);
+    }
+    appmngr_setHandlerInfo(nullptr);
+    EXPECT_EQ(modelText(), "ver '1.0' model '' expired ''\napp 7 'part' visible 5\n"
+                           "type 1 '' has 1\nrule 1: 17 0.0.0.0:0 0.0.0.0:9, ori 0 0 6 0 '' ''\n");
 }
 
 TEST_F(Model, StoresTuplesOrRefusesThemWithALine) {
@@ -71,7 +192,6 @@ TEST_F(Model, CallsEveryRowOfATable) {
     XMLP_NODE parent = {};
     parent.firstChild = &node;
     EXPECT_NE(outputOf([&] { appmngr_xmlnode_handler(&parent, &calls); }), "");
-    EXPECT_EQ(_appmngr_belongs(0, &node), 1);
     appmngr_setHandlerInfo(table);
     EXPECT_EQ(appmngr_getHandlerInfo(), table);
     EXPECT_EQ(appmngr_childnode_handler(&node, &calls), 0);

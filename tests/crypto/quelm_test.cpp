@@ -164,7 +164,10 @@ protected:
         return readFile(plain_);
     }
 
+    ~SealedFile() override { EXPECT_EQ(nextDescriptor(), descriptor_) << "all files are closed"; }
+
     TemporaryFolder folder_;
+    const int descriptor_ = nextDescriptor();
     std::string plain_ = folder_.path("plain");
     std::string sealed_ = folder_.path("sealed");
 };

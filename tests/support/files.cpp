@@ -1,10 +1,12 @@
 #include "tests/support/files.h"
 
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <sys/wait.h>
+#include <unistd.h>
 
 TemporaryFolder::TemporaryFolder() {
     std::string pattern = (std::filesystem::temp_directory_path() / "velda-XXXXXX").string();
@@ -26,6 +28,12 @@ std::optional<std::string> readFile(const std::string &path) {
         return std::nullopt;
     }
     return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+int nextDescriptor() {
+    const int descriptor = open("/", O_RDONLY | O_CLOEXEC);
+    close(descriptor);
+    return descriptor;
 }
 
 Finished run(const std::string &command, const std::string &folder) {

@@ -23,6 +23,9 @@ void writeFile(const std::string &path, const std::string &bytes);
 // Nothing when there is no such file.
 std::optional<std::string> readFile(const std::string &path);
 
+// The number that a file opened now would get: higher while another one is open.
+int nextDescriptor();
+
 struct Finished {
     int status = -1;
     std::string out;

@@ -1,7 +1,7 @@
 // Uses every library from C++: prints the version, a digest, and a report about a text that is none.
-#include "appmngr/appmngr.h"
-#include "common/version.h"
-#include "crypto/quelm.h"
+#include <velda-db/appmngr/appmngr.h>
+#include <velda-db/common/version.h>
+#include <velda-db/crypto/quelm.h>
 
 #include <array>
 #include <cstdio>

@@ -1,0 +1,43 @@
+// Where the handlers of the database document act.
+//
+// What the counting pass counts fills records of its own, so it has to stand exactly where it is counted:
+// records are sized by these counts. Everything else writes into the current record, wherever the walk
+// comes to it; there it is enough that this record is the one being read.
+#pragma once
+
+#include "appmngr/elements.h"
+
+namespace velda::appmngr {
+
+// What is being read around an element. `anywhere` is a tree of a caller's own that begins below the
+// database, where the current records are all there is to go by.
+enum class Scope : uint32_t { anywhere, database, app, appType };
+
+// The scope of the elements in `node`, which itself stands in the scope `around`.
+Scope scopeIn(const XMLP_NODE *node, Scope around);
+
+// The scope in which an element stands: told by the walk while it is at this element's level, else by the
+// elements around it.
+Scope scopeAround(const XMLP_NODE *node);
+
+inline bool isSelector(const void *param) {
+    constexpr uintptr_t largestSelector = 1;
+    return reinterpret_cast<uintptr_t>(param) <= largestSelector;
+}
+
+// Whether this is one of the elements that the counting pass counts or goes through, lists and below.
+bool isCounted(Element element);
+
+// Each is true for an element on which its handler acts. Names other than those of the database document
+// are a caller's own, whose place is the caller's matter.
+
+bool anywhere(const XMLP_NODE *node, const void *param);
+bool whereCounted(const XMLP_NODE *node, const void *param = nullptr);
+bool inRecord(const XMLP_NODE *node, const void *param); // of an application or of a type
+bool inApp(const XMLP_NODE *node, const void *param = nullptr);
+bool inDirection(const XMLP_NODE *node, const void *param); // originating or reply
+
+// Whether the handler in the row of this element acts on `node`.
+bool acts(Element element, const XMLP_NODE *node, const void *param);
+
+} // namespace velda::appmngr

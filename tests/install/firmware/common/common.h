@@ -1,0 +1,2 @@
+/* A firmware's own header of that name. */
+#define FIRMWARE_NAME "firmware"

@@ -1,0 +1,1 @@
+#error "the header of another library"
