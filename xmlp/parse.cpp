@@ -1,4 +1,5 @@
-// A parse from the first byte to the finished tree: declaration, check, builder.
+// A parse from the first byte to the finished tree. parse/ accepts or refuses a body; steps/ explain what
+// was refused.
 
 #include "xmlp/base/chars.h"
 #include "xmlp/base/memory.h"
@@ -24,18 +25,25 @@ void dropWhiteSpace(std::string_view &text) {
     }
 }
 
-bool buildTree(std::string_view body, XMLP_TREE &tree) {
-    const bool isStatic = tree.isStatic != 0;
-    const auto buildQuickly = isStatic ? buildStaticTreeFast : buildDynamicTreeFast;
-    const BuildResult result = buildQuickly(body, fastestIndexer(), tree.rootNode);
-    if (result != BuildResult::refused) {
-        return result == BuildResult::built;
-    }
+// Says why no tree can be made of a body: the steps of a parse, up to the one that refuses it.
+void explain(std::string_view body, bool isStatic) {
     if (_checkXml(body.data(), body.data() + body.size()) != 0) {
-        return false;
+        return;
     }
-    tree.rootNode = isStatic ? buildStaticTree(body) : buildDynamicTree(body);
-    return tree.rootNode != nullptr;
+    // Without memory the steps may get on where the parser did not: what they make is dropped.
+    XMLP_NODE *root = isStatic ? buildStaticTree(body) : buildDynamicTree(body);
+    if (root != nullptr) {
+        isStatic ? xmlp_delStree(root) : xmlp_delDtree(root);
+    }
+}
+
+XMLP_NODE *buildTree(std::string_view body, bool isStatic) {
+    const auto build = isStatic ? buildStaticTreeFast : buildDynamicTreeFast;
+    XMLP_NODE *root = nullptr;
+    if (build(body, fastestIndexer(), root) == BuildResult::refused) {
+        explain(body, isStatic);
+    }
+    return root;
 }
 
 } // namespace
@@ -76,7 +84,8 @@ XMLP_TREE *xmlp_parse(const char *xmlBuf, uint32_t len, uint32_t isStatic) {
     }
     dropWhiteSpace(text);
 
-    if (!buildTree(text, *tree)) {
+    tree->rootNode = buildTree(text, isStatic != 0);
+    if (tree->rootNode == nullptr) {
         return nullptr;
     }
     tree->header = header.release();

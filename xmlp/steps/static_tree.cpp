@@ -1,4 +1,4 @@
-// Static trees by the plain road: a counting pass sizes the block exactly, and the build walk fills it.
+// Static trees step by step: a counting pass sizes the block exactly, and the build walk fills it.
 
 #include "xmlp/steps/static_tree.h"
 
