@@ -30,8 +30,9 @@ std::string bodyOf(Input input) {
 
 void checkBody(std::string_view body) {
     StaticTree stepped;
+    velda::xmlp::Diagnosis diagnosis;
     if (_checkXml(body.data(), body.data() + body.size()) == 0) {
-        stepped.reset(velda::xmlp::buildStaticTree(body));
+        stepped.reset(velda::xmlp::buildStaticTree(body, diagnosis));
     }
     FUZZ_REQUIRE(stepped != nullptr || hasPrinted("[ERROR]"));
     forgetPrinted();

@@ -64,10 +64,11 @@ struct Expected {
 
 Expected byTheSteps(const std::string &body) {
     Expected expected;
+    velda::xmlp::Diagnosis diagnosis;
     outputOf([&] {
         if (_checkXml(body.data(), body.data() + body.size()) == 0) {
-            expected.layout = layout(velda::xmlp::buildStaticTree(body));
-            expected.dynamic = dynamicText(velda::xmlp::buildDynamicTree(body));
+            expected.layout = layout(velda::xmlp::buildStaticTree(body, diagnosis));
+            expected.dynamic = dynamicText(velda::xmlp::buildDynamicTree(body, diagnosis));
         }
     });
     return expected;

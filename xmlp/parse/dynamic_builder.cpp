@@ -131,14 +131,14 @@ private:
 
 } // namespace
 
-BuildResult buildDynamicTreeFast(std::string_view body, Indexer indexMarkup, XMLP_NODE *&root) {
+BuildResult buildDynamicTreeFast(std::string_view body, Indexer indexer, XMLP_NODE *&root) {
     OwnedTree tree(xmlp_initNode());
     if (tree == nullptr) {
         return BuildResult::noMemory;
     }
     StringTable names;
     ElementRecords scanned;
-    switch (scanBody(body, indexMarkup, names, scanned)) {
+    switch (scanBody(body, indexer, names, scanned)) {
     case ScanResult::accepted:
         break;
     case ScanResult::refused:

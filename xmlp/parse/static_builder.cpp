@@ -113,10 +113,10 @@ private:
 
 } // namespace
 
-BuildResult buildStaticTreeFast(std::string_view body, Indexer indexMarkup, XMLP_NODE *&root) {
+BuildResult buildStaticTreeFast(std::string_view body, Indexer indexer, XMLP_NODE *&root) {
     StringTable names;
     ElementRecords scanned;
-    const ScanResult result = scanBody(body, indexMarkup, names, scanned);
+    const ScanResult result = scanBody(body, indexer, names, scanned);
     if (result == ScanResult::refused) {
         return BuildResult::refused;
     }
