@@ -7,6 +7,7 @@
  *
  *     appmngr_checkDbPath("db.img")  ->  appmngr_load_database()  ->  appmngr_saveIdAndName("list")
  *
+ * Images and documents that are in memory already are loaded by appmngr_loadImage and appmngr_loadText.
  * It is not reentrant and belongs to one thread, for which 32 KiB of stack are enough. Calls that
  * return int give 0 when they are done and -1 when they fail unless told otherwise. Failures are told
  * on standard output, one line at each function that hands them up:
@@ -161,6 +162,18 @@ int appmngr_checkDbPath(const char *path);
  * out; the load goes on. A database needs an application, a rule tuple and an application type.
  * On failure nothing is left allocated but what the next reset frees. */
 int appmngr_load_database(void);
+
+/* The same without a file, with the results and reports of appmngr_load_database; the path that is
+ * remembered stays as it was. The bytes are needed during the call alone. A null pointer, of any size,
+ * is reported as "Invalid param!" and gives -1, and the model stays as it was; a size of 0 is an empty
+ * file or text. */
+
+/* From the bytes of an image: the first 64 KiB count, and what is missing of them counts as zeros. */
+int appmngr_loadImage(const void *image, uint32_t size);
+
+/* From the text that an image would carry, of at most APPMNGR_DB_XML_SIZE - 1 bytes. It needs no
+ * terminator, and ends at its first zero byte if it has one. */
+int appmngr_loadText(const char *text, uint32_t size);
 
 /* Frees the model and sets all counts to 0. Always 0. Prints a notice when DNS keywords were held.
  */

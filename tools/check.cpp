@@ -58,8 +58,8 @@ std::string reasonOf(std::string_view report, int number) {
 
 class Checker {
 public:
-    // False when the image can't be loaded; the reports of that are then on standard error.
-    bool load(const std::string &path);
+    // Loads an image or a document. False when that can't be done; the reports of that are then on standard error.
+    bool load(const Input &input);
 
     const Table &findings() const { return findings_; }
 
@@ -143,7 +143,12 @@ void Checker::reported(const char *text) {
     }
 }
 
-bool Checker::load(const std::string &path) {
+// An image begins with the high byte of a length below 64 KiB, a text never with a zero.
+bool isImage(const Input &input) {
+    return input.bytes.starts_with('\0');
+}
+
+bool Checker::load(const Input &input) {
     const auto report = [](const char *text, void *context) {
         static_cast<Checker *>(context)->reported(text);
     };
@@ -152,41 +157,28 @@ bool Checker::load(const std::string &path) {
     appmngr_setVisitor([](const XMLP_NODE *node, APPMNGR_VISIT visit,
                           void *context) { static_cast<Checker *>(context)->visited(node, visit); },
                        this);
-    const bool isLoaded = appmngr_checkDbPath(path.c_str()) == 0 && appmngr_load_database() == 0;
+    const auto size = static_cast<uint32_t>(input.bytes.size());
+    const int result = isImage(input) ? appmngr_loadImage(input.bytes.data(), size)
+                                      : appmngr_loadText(input.bytes.data(), size);
     appmngr_setVisitor(nullptr, nullptr);
     endRule();
     sendReportsToStandardError();
-    if (!isLoaded) {
+    if (result != 0) {
         std::fputs(early_.c_str(), stderr);
     }
-    return isLoaded;
-}
-
-// An image begins with the high byte of a length below 64 KiB, a text never with a zero.
-bool isImage(const Input &input) {
-    return input.bytes.starts_with('\0');
-}
-
-// Puts the image of a document in its place.
-bool packInput(Input &input) {
-    const auto image = canBeCarried(input) ? encodeImage(input) : std::nullopt;
-    if (!image || !input.copy.hold(*image, input.name)) {
-        return false;
-    }
-    input.path = input.copy.path();
-    return true;
+    return result == 0;
 }
 
 } // namespace
 
 int checkCommand(const Arguments &arguments) {
     constexpr int unusable = 2;
-    auto input = readInput(arguments.files[0], APPMNGR_DB_XML_SIZE);
-    if (!input || (!isImage(*input) && !packInput(*input))) {
+    const auto input = readInput(arguments.files[0], APPMNGR_DB_XML_SIZE);
+    if (!input || (!isImage(*input) && !canBeCarried(*input))) {
         return unusable;
     }
     Checker checker;
-    if (!checker.load(input->path)) {
+    if (!checker.load(*input)) {
         complain(input->name, "the database can't be loaded");
         return unusable;
     }

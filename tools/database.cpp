@@ -51,9 +51,16 @@ std::optional<Input> readImage(const char *path) {
     return readInput(path, APPMNGR_IMAGE_SIZE);
 }
 
-std::optional<Database> loadDatabase(const Input &image) {
-    if (appmngr_checkDbPath(image.path.c_str()) != 0 || appmngr_load_database() != 0) {
+bool loadModel(const Input &image) {
+    if (appmngr_loadImage(image.bytes.data(), static_cast<uint32_t>(image.bytes.size())) != 0) {
         complain(image.name, "the database can't be loaded");
+        return false;
+    }
+    return true;
+}
+
+std::optional<Database> loadDatabase(const Input &image) {
+    if (!loadModel(image)) {
         return std::nullopt;
     }
     Database database = copyOfModel();

@@ -26,6 +26,9 @@ void sendReportsToStandardError();
 // Reads an image, as much of it as a load does.
 std::optional<Input> readImage(const char *path);
 
+// Loads an image into the module. False, after lines on standard error, when it can't be loaded.
+bool loadModel(const Input &image);
+
 // Loads an image and copies the model. Nothing, after lines on standard error, when it can't be
 // loaded.
 std::optional<Database> loadDatabase(const Input &image);

@@ -16,14 +16,7 @@ namespace {
 // Unlike loadDatabase, leaves the model where the module's operations find it.
 bool loadModel(const Arguments &arguments) {
     const auto image = readImage(arguments.files[0]);
-    if (!image) {
-        return false;
-    }
-    if (appmngr_checkDbPath(image->path.c_str()) != 0 || appmngr_load_database() != 0) {
-        complain(image->name, "the database can't be loaded");
-        return false;
-    }
-    return true;
+    return image && ::loadModel(*image);
 }
 
 // The module ends the process where it can't open its file.
