@@ -8,7 +8,8 @@
  *     appmngr_checkDbPath("db.img")  ->  appmngr_load_database()  ->  appmngr_saveIdAndName("list")
  *
  * Images and documents that are in memory already are loaded by appmngr_loadImage and appmngr_loadText.
- * It is not reentrant and belongs to one thread, for which 32 KiB of stack are enough. Calls that
+ * It is not reentrant and belongs to one thread, for which 32 KiB of stack are enough; a database taken
+ * out of it, APPMNGR_DATABASE, can be read by any. Calls that
  * return int give 0 when they are done and -1 when they fail unless told otherwise. Failures are told
  * on standard output, one line at each function that hands them up:
  * "[Error](function) number: message".
@@ -190,6 +191,31 @@ const APPMNGR_APPDNS *appmngr_getAppDns(void);
 /* The applications in the order of the document, their number in *count, which must not be null.
  * Null when there are none. */
 const APPMNGR_APP *appmngr_getApps(uint32_t *count);
+
+/* ---- A database as a value ------------------------------------------------------------------- */
+
+/* A database that belongs to whoever holds it. Any number of them can be held, while the module loads
+ * others, and any number of threads can read one, since nothing changes it. */
+typedef struct APPMNGR_DATABASE APPMNGR_DATABASE;
+
+/* Hands over what the last load has filled, to be freed with appmngr_freeDatabase. The module is then
+ * as after a reset, of which nothing is reported. Null when nothing is loaded; also without memory,
+ * reported as "malloc memory faild.", and the module keeps the model then. It is not for visitors and
+ * whoever else is called during a load. */
+APPMNGR_DATABASE *appmngr_takeDatabase(void);
+
+/* Frees a database with all of its records. Null is no database and allowed. */
+void appmngr_freeDatabase(APPMNGR_DATABASE *database);
+
+/* As appmngr_getAppDb, appmngr_getAppDns and appmngr_getApps, of this database, which must not be
+ * null. What they give is good until it is freed. */
+const APPMNGR_APPDB *appmngr_databaseGetAppDb(const APPMNGR_DATABASE *database);
+const APPMNGR_APPDNS *appmngr_databaseGetAppDns(const APPMNGR_DATABASE *database);
+const APPMNGR_APP *appmngr_databaseGetApps(const APPMNGR_DATABASE *database, uint32_t *count);
+
+/* The first application or type of this database that has the identifier, or null. */
+const APPMNGR_APP *appmngr_databaseGetAppById(const APPMNGR_DATABASE *database, int32_t id);
+const APPMNGR_APPTYPE *appmngr_databaseGetAppTypeById(const APPMNGR_DATABASE *database, int32_t id);
 
 /* ---- Writing --------------------------------------------------------------------------------- */
 

@@ -1,6 +1,6 @@
 // The database on the console.
 
-#include "appmngr/applications.h"
+#include "appmngr/records.h"
 
 #include <arpa/inet.h>
 #include <cstdio>

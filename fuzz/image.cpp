@@ -17,6 +17,9 @@ int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     }
     FUZZ_REQUIRE(g_appmngr_flashBuf == nullptr && g_appmngr_appDbXml == nullptr &&
                  g_appmngr_appDescXml == nullptr);
+    APPMNGR_DATABASE *database = appmngr_takeDatabase();
+    FUZZ_REQUIRE((database != nullptr) == (result == 0) && g_appmngr_app == nullptr);
+    appmngr_freeDatabase(database);
     appmngr_dbReInit();
     FUZZ_REQUIRE(liveBlocks() == before);
     return 0;

@@ -161,6 +161,10 @@ std::map<std::string, Operation> operations = {
         return appmngr_loadImage(image.data(), static_cast<uint32_t>(image.size())); }},
     {"load text", [](D) {
         return appmngr_loadText(document.data(), static_cast<uint32_t>(document.size())); }},
+    {"take", [](D) {
+        APPMNGR_DATABASE *taken = appmngr_takeDatabase();
+        appmngr_freeDatabase(taken);
+        return taken != nullptr ? 0 : -1; }},
     {"walk deep", [](D) { return walkDeep(); }},
     {"describe", [](D) {
         g_appmngr_counter.descAppCnt = g_appmngr_counter.descAppTypeCnt = 2;
