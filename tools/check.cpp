@@ -8,7 +8,6 @@
 #include "tools/table.h"
 
 #include <algorithm>
-#include <charconv>
 
 namespace {
 
@@ -31,29 +30,22 @@ constexpr Reason reasons[] = {
     {1362, "left out: the destination address is neither IPv4 nor 0"},
 };
 
-// 0 for a report without number; one with a number follows.
-int numberOf(std::string_view report) {
-    const size_t begin = report.find(") ");
-    int number = 0;
-    if (report.starts_with("[Error](") && begin != std::string_view::npos) {
-        std::from_chars(report.data() + begin + 2, report.data() + report.size(), number);
-    }
-    return number;
-}
-
 bool isTupleRefused(int number) {
     return number >= 1247 && number <= 1362;
 }
 
-std::string reasonOf(std::string_view report, int number) {
-    if (number == 0) {
+// Empty for a report that is no finding.
+std::string reasonOf(const APPMNGR_REPORT_RECORD &report) {
+    if (report.function == nullptr) { // a failure with a function follows
         return "";
     }
-    const auto *found = std::find_if(std::begin(reasons), std::end(reasons),
-                                     [number](const Reason &row) { return row.number == number; });
+    const auto *found =
+        std::find_if(std::begin(reasons), std::end(reasons),
+                     [&report](const Reason &row) { return row.number == report.number; });
+    const std::string_view text = report.text;
     return std::string(found != std::end(reasons)
                            ? found->text
-                           : report.substr(0, report.find_last_not_of("\r\n") + 1));
+                           : text.substr(0, text.find_last_not_of("\r\n") + 1));
 }
 
 class Checker {
@@ -65,7 +57,8 @@ public:
 
 private:
     void visited(const XMLP_NODE *node, APPMNGR_VISIT visit);
-    void reported(const char *text);
+    void reported(const APPMNGR_REPORT_RECORD &report);
+    void refused(const char *text); // by the XML library
     void tell(std::string_view message);
     void followRule(const XMLP_NODE *node, bool isTaken);
     void endRule();
@@ -128,18 +121,23 @@ void Checker::endRule() {
     rule_.reset();
 }
 
-void Checker::reported(const char *text) {
+void Checker::reported(const APPMNGR_REPORT_RECORD &report) {
     if (!isWalking_) {
-        early_ += text;
+        early_ += report.text;
         return;
     }
-    const int number = numberOf(text);
-    if (rule_ && isTupleRefused(number)) {
+    if (rule_ && isTupleRefused(report.number)) {
         --rule_->tuples;
     }
-    const std::string reason = reasonOf(text, number);
+    const std::string reason = reasonOf(report);
     if (!reason.empty()) {
         tell(reason);
+    }
+}
+
+void Checker::refused(const char *text) {
+    if (!isWalking_) {
+        early_ += text;
     }
 }
 
@@ -149,11 +147,14 @@ bool isImage(const Input &input) {
 }
 
 bool Checker::load(const Input &input) {
-    const auto report = [](const char *text, void *context) {
-        static_cast<Checker *>(context)->reported(text);
-    };
-    appmngr_setReport(report, this);
-    xmlp_setReport(report, this);
+    appmngr_setReportRecord(
+        [](const APPMNGR_REPORT_RECORD *report, void *context) {
+            static_cast<Checker *>(context)->reported(*report);
+        },
+        this);
+    xmlp_setReport(
+        [](const char *text, void *context) { static_cast<Checker *>(context)->refused(text); },
+        this);
     appmngr_setVisitor([](const XMLP_NODE *node, APPMNGR_VISIT visit,
                           void *context) { static_cast<Checker *>(context)->visited(node, visit); },
                        this);
