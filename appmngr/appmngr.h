@@ -21,6 +21,7 @@
 #include "../xmlp/xmlp.h"
 
 #include <stdint.h>
+#include <stdio.h>
 
 /* Shared libraries show what stands here and nothing else. */
 #pragma GCC visibility push(default)
@@ -224,11 +225,14 @@ const APPMNGR_APPTYPE *appmngr_databaseGetAppTypeById(const APPMNGR_DATABASE *da
  * "close %s error!" with the path. */
 int appmngr_saveIdAndName(const char *path);
 
-/* Writes the rules to "database.json" in the current folder, which is replaced:
- * {"dpi_rules":[...]}, an object for each record. Addresses are the 32 bits as they lie in memory,
- * as a signed number; texts are not escaped. Says so on standard output, whether all could be
- * written or not. When the file can't be made, perror tells "open database.json failed!" and the
- * process ends with 255. */
+/* Writes the rules as JSON and flushes the file: {"dpi_rules":[...]}, an object for each record.
+ * Addresses are the 32 bits as they lie in memory, as a signed number; texts are not escaped. -1 when
+ * `file` is null or not all could be written. */
+int appmngr_writeRulesJson(FILE *file);
+
+/* Kept for compatibility: use appmngr_writeRulesJson. Writes the same to "database.json" in the current
+ * folder, which is replaced, and says so on standard output, whether all could be written or not. When
+ * the file can't be made, perror tells "open database.json failed!" and the process ends with 255. */
 int appmngr_createJsonDb(void);
 
 /* Writes the module's stamp, "number#YYYY-MM-DD hh:mm:ss", to `dst` (APPMNGR_STAMP_SIZE bytes hold
@@ -237,14 +241,23 @@ int appmngr_getStampStr(char *dst);
 
 /* ---- The database on the console ------------------------------------------------------------- */
 
-/* Print on standard output and change nothing. Without a database they print headings alone. */
+/* For people to read; they change nothing. Without a database there are headings alone. */
 
-int appmngr_showAppDbXml(void);       /* the text of the database, during a load; 0 */
-int appmngr_showAppDescXml(void);     /* the text of a description document; 0 */
-int appmngr_dumpAppRules(int32_t id); /* the header and the rules of one application; 0 */
-int appmngr_dumpAppDb(void);          /* the header with its counts and all rules; 0 */
-int appmngr_dumpAppList(void);        /* all applications; the last line's puts */
-int appmngr_dumpAppTypeList(void);    /* all types with their members; the last line's puts */
+/* Write to a file, such as stdout, and flush it. -1 when `file` is null or not all could be written. */
+int appmngr_writeAppRules(FILE *file, int32_t id); /* the header and the rules of one application */
+int appmngr_writeAppDb(FILE *file);                /* the header with its counts and all rules */
+int appmngr_writeAppList(FILE *file);              /* all applications */
+int appmngr_writeAppTypeList(FILE *file);          /* all types with their members */
+
+/* Kept for compatibility: the same on standard output, whether all could be written or not. */
+int appmngr_dumpAppRules(int32_t id); /* 0 */
+int appmngr_dumpAppDb(void);          /* 0 */
+int appmngr_dumpAppList(void);        /* what puts gave for the last line */
+int appmngr_dumpAppTypeList(void);    /* the same */
+
+/* The documents of a load, on standard output; 0. Their texts are there during a load alone. */
+int appmngr_showAppDbXml(void);
+int appmngr_showAppDescXml(void);
 
 /* ---- The encrypted container ----------------------------------------------------------------- */
 
@@ -256,8 +269,18 @@ typedef struct {
 } APPMNGR_CONTAINER;
 
 /* Deciphers the `srcLen` bytes of a container into `dst`, whose capacity is *dstLen, and checks the
- * digest. `dst` needs 8 bytes more than the container. 1, with the header and the data in `dst` and
- * their length in *dstLen. Else, with a line but for -4:
+ * digest. `dst` needs 8 bytes more than the container. Nothing is reported. When it fails *dstLen stays
+ * as it was, and `dst` holds nothing of use.
+ *   0      APPMNGR_SUCCESS, with the header and the data in `dst` and their length in *dstLen
+ *   -8999  APPMNGR_ERR_INVALID_ARG: an argument is null
+ *   -8992  APPMNGR_ERR_SIZE_SMALL: the capacity is too small
+ *   -8980  APPMNGR_ERR_FILE_INVALID_LEN: the container is shorter than any is, or than its length field
+ *          tells
+ *   -8979  APPMNGR_ERR_FILE_CHECK: the digest does not match */
+int32_t appmngr_db_openContainer(void *dst, uint32_t *dstLen, const void *src, uint32_t srcLen);
+
+/* Kept for compatibility: use appmngr_db_openContainer. Does the same. 1 when it is done. Else, with a
+ * line but for -4:
  *   -1  an argument is null: "Invalid param!"
  *   -2  a container of 16 bytes or less, or a capacity that is not larger than it: "invalid length:
  *       srcLen = [%d] *pDstlen = [%d]"; a length field that reaches beyond what was deciphered:

@@ -7,6 +7,7 @@
 #define VELDA_COMMON_COMMON_H
 
 #include <stdint.h>
+#include <stdio.h>
 
 /* Shared libraries show what stands here and nothing else. */
 #pragma GCC visibility push(default)
@@ -138,6 +139,9 @@ const char *appmngr_utils_proto2str(int proto);
 /* Prints a buffer's address and length and its bytes in hexadecimal, sixteen to a line. A null
  * buffer gets a notice; a length of 0 or below prints no bytes. */
 void appmngr_utils_dumpBuf(const unsigned char *buf, int len);
+
+/* Writes the same to a file and does not flush it. -1 when `file` is null or in error, else 0. */
+int appmngr_utils_writeBuf(FILE *file, const unsigned char *buf, int len);
 
 /* ---- Sets of application identifiers --------------------------------------------------------- */
 

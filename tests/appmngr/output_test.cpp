@@ -149,6 +149,30 @@ TEST_F(Outputs, DumpsOfTheSample) {
               readData("dump-types.txt"));
 }
 
+TEST_F(Outputs, AreWrittenToFilesAsPrinted) {
+    loadSample();
+    const auto rulesOfTwo = [](FILE *file) { return appmngr_writeAppRules(file, -2); };
+    const std::pair<int (*)(FILE *), int (*)()> cases[] = {
+        {rulesOfTwo, [] { return appmngr_dumpAppRules(-2); }},
+        {appmngr_writeAppDb, appmngr_dumpAppDb},
+        {appmngr_writeAppList, appmngr_dumpAppList},
+        {appmngr_writeAppTypeList, appmngr_dumpAppTypeList},
+        {appmngr_writeRulesJson, nullptr},
+    };
+    FILE *full = std::fopen("/dev/full", "w");
+    const std::string path = folder_.path("written");
+    for (const auto &[write, dump] : cases) {
+        FILE *file = std::fopen(path.c_str(), "w");
+        EXPECT_EQ(outputOf([&] { EXPECT_EQ(write(file), 0); }), "");
+        EXPECT_EQ(readFile(path), dump != nullptr ? outputOf(dump) : readData("database.json"))
+            << "flushed before the file is closed";
+        std::fclose(file);
+        EXPECT_EQ(write(full), -1);
+        std::clearerr(full);
+    }
+    std::fclose(full);
+}
+
 TEST_F(Outputs, DumpsOfTextsAndOfNothing) {
     const auto dumpAll = [] {
         EXPECT_EQ(appmngr_dumpAppRules(0) + appmngr_dumpAppDb(), 0);
