@@ -3,7 +3,7 @@
 // Containers walk their children and pass them the context word; leaves write into the record under
 // the current cursor; cursors advance when a container ends. So the order of the document matters.
 
-#include "appmngr/applications.h"
+#include "appmngr/records.h"
 #include "appmngr/walk.h"
 
 #include <algorithm>

@@ -105,6 +105,10 @@ uint32_t count = 0;
 char *name = nullptr;
 XMLP_ATTR *attrs = nullptr;
 char out[64];
+// The database that there is before each operation.
+const std::string document =
+    smallDocument(appElement(1, "one", "<dnsKwList><dnsKw>k</dnsKw></dnsKwList>"));
+const std::string image = packImage(document);
 // A container that holds eight bytes.
 const std::string container = fromHex("34D07DBA9BD3E1E8B5F7B0143299A7C0982BCA69"
                                       "A6D829722B26C0BBED760C1474F67197B73E935B");
@@ -153,6 +157,14 @@ std::map<std::string, Operation> operations = {
     {"open", [](D) { return appmngr_checkDbPath("image"); }},
     {"buffers", [](D) { return appmngr_file_alloc() == 0 ? appmngr_file_free() : -1; }},
     {"load", [](D) { return appmngr_load_database(); }},
+    {"load image", [](D) {
+        return appmngr_loadImage(image.data(), static_cast<uint32_t>(image.size())); }},
+    {"load text", [](D) {
+        return appmngr_loadText(document.data(), static_cast<uint32_t>(document.size())); }},
+    {"take", [](D) {
+        APPMNGR_DATABASE *taken = appmngr_takeDatabase();
+        appmngr_freeDatabase(taken);
+        return taken != nullptr ? 0 : -1; }},
     {"walk deep", [](D) { return walkDeep(); }},
     {"describe", [](D) {
         g_appmngr_counter.descAppCnt = g_appmngr_counter.descAppTypeCnt = 2;
@@ -172,8 +184,7 @@ class FailingMemory : public Model {
 protected:
     FailingMemory() {
         std::filesystem::current_path(folder_.path(""));
-        const std::string keyword = "<dnsKwList><dnsKw>k</dnsKw></dnsKwList>";
-        writeFile("image", packImage(smallDocument(appElement(1, "one", keyword))));
+        writeFile("image", image);
     }
     ~FailingMemory() override { std::filesystem::current_path("/"); }
 
