@@ -1,7 +1,6 @@
 // The parser against the steps: it accepts a body if and only if they build it, and makes the same tree,
 // with every indexer that the processor has.
 
-#include "tests/support/capture.h"
 #include "tests/support/cases.h"
 #include "tests/support/trees.h"
 #include "xmlp/parse/builders.h"
@@ -65,36 +64,42 @@ struct Expected {
 Expected byTheSteps(const std::string &body) {
     Expected expected;
     velda::xmlp::Diagnosis diagnosis;
-    outputOf([&] {
-        if (_checkXml(body.data(), body.data() + body.size()) == 0) {
-            expected.layout = layout(velda::xmlp::buildStaticTree(body, diagnosis));
-            expected.dynamic = dynamicText(velda::xmlp::buildDynamicTree(body, diagnosis));
-        }
-    });
+    if (_checkXml(body.data(), body.data() + body.size()) == 0) {
+        expected.layout = layout(velda::xmlp::buildStaticTree(body, diagnosis));
+        expected.dynamic = dynamicText(velda::xmlp::buildDynamicTree(body, diagnosis));
+    }
     return expected;
 }
 
-// Gives whether the body is accepted.
-bool expectLaw(const std::string &body) {
-    const Expected expected = byTheSteps(body);
-    EXPECT_EQ(expected.layout.empty(), expected.dynamic.empty()) << body;
-    for (const Indexer indexer : velda::xmlp::indexers()) {
-        XMLP_NODE *root = nullptr;
-        XMLP_NODE *editable = nullptr;
-        BuildResult results[2] = {};
-        EXPECT_EQ(outputOf([&] {
-                      results[0] = velda::xmlp::buildStaticTreeFast(body, indexer, root);
-                      results[1] = velda::xmlp::buildDynamicTreeFast(body, indexer, editable);
-                  }),
-                  "");
-        for (const BuildResult result : results) {
-            EXPECT_EQ(result == BuildResult::built, !expected.layout.empty()) << body;
-        }
-        EXPECT_EQ(layout(root), expected.layout) << body;
-        EXPECT_EQ(dynamicText(editable), expected.dynamic) << body;
+class Parser : public ::testing::Test {
+protected:
+    Parser() {
+        xmlp_setReport([](const char *, void *lines) { ++*static_cast<int *>(lines); }, &lines_);
     }
-    return !expected.layout.empty();
-}
+    ~Parser() override { xmlp_setReport(nullptr, nullptr); }
+
+    // Gives whether the body is accepted.
+    bool expectLaw(const std::string &body) {
+        const Expected expected = byTheSteps(body);
+        const bool isAccepted = !expected.layout.empty();
+        EXPECT_EQ(isAccepted, !expected.dynamic.empty()) << body;
+        lines_ = 0;
+        for (const Indexer indexer : velda::xmlp::indexers()) {
+            XMLP_NODE *root = nullptr;
+            XMLP_NODE *editable = nullptr;
+            const BuildResult result = velda::xmlp::buildStaticTreeFast(body, indexer, root);
+            EXPECT_EQ(velda::xmlp::buildDynamicTreeFast(body, indexer, editable), result);
+            EXPECT_EQ(result == BuildResult::built, isAccepted) << body;
+            EXPECT_EQ(layout(root), expected.layout) << body;
+            EXPECT_EQ(dynamicText(editable), expected.dynamic) << body;
+        }
+        EXPECT_EQ(lines_, 0) << body;
+        return isAccepted;
+    }
+
+private:
+    int lines_ = 0;
+};
 
 // Far from the text's end the scanner reads sixteen bytes at a time.
 const std::string padding(64, ' ');
@@ -119,14 +124,14 @@ void forEachNeighbour(const std::string &text, Action action) {
     }
 }
 
-TEST(Parser, AcceptsWhatTheStepsBuild) {
-    forEachCase("dialect.cases", [](const Case &test) {
+TEST_F(Parser, AcceptsWhatTheStepsBuild) {
+    forEachCase("dialect.cases", [this](const Case &test) {
         const std::string text = test.text("text");
         expectLaw(text);
         expectLaw(text + padding);
         expectLaw(inside(text));
         if (text.size() < 100) {
-            forEachNeighbour(text, [](const std::string &changed) {
+            forEachNeighbour(text, [this](const std::string &changed) {
                 expectLaw(changed + padding);
                 expectLaw(inside(changed));
             });
@@ -135,7 +140,7 @@ TEST(Parser, AcceptsWhatTheStepsBuild) {
 }
 
 // Where one chunk ends and the next begins: names, tags, characters and texts across the edge.
-TEST(Parser, AcceptsItAcrossChunksToo) {
+TEST_F(Parser, AcceptsItAcrossChunksToo) {
     const std::string texts[] = {
         "<name>one</name><name>two</name>",
         "<a x=\"1\" y=\"2\">3</a>",
@@ -156,7 +161,7 @@ TEST(Parser, AcceptsItAcrossChunksToo) {
     }
 }
 
-TEST(Parser, AcceptsItInRandomTextsToo) {
+TEST_F(Parser, AcceptsItInRandomTextsToo) {
     std::mt19937 random(20260202);
     const auto below = [&random](size_t limit) { return random() % limit; };
     static const std::string parts[] = {"<a>",
@@ -214,7 +219,7 @@ std::string longDocument() {
     return text + "</r>";
 }
 
-TEST(Parser, RefusesALongDocumentForOneByte) {
+TEST_F(Parser, RefusesALongDocumentForOneByte) {
     const std::string document = longDocument();
     EXPECT_TRUE(expectLaw(document));
     std::mt19937 random(7);

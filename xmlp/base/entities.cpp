@@ -45,11 +45,11 @@ bool decode(std::string_view text, Sink sink) {
 } // namespace
 
 const char *findBadReference(std::string_view text) {
-    size_t place = text.find('&');
-    while (entityAt(text.substr(place)) != nullptr) {
-        place = text.find('&', place + 1);
+    text.remove_prefix(text.find('&'));
+    while (entityAt(text) != nullptr) {
+        text.remove_prefix(text.find('&', 1));
     }
-    return text.data() + place;
+    return text.data();
 }
 
 } // namespace velda::xmlp
