@@ -2,6 +2,7 @@
 
 include(CheckCCompilerFlag)
 include(CheckCXXCompilerFlag)
+include(CheckCXXSourceCompiles)
 include(CheckLinkerFlag)
 
 # velda_supported_flags(<variable> <C|CXX|LINK> <flag>...): those of the flags that the compiler, or the
@@ -79,15 +80,31 @@ if(VELDA_HARDEN)
     velda_supported_flags(VELDA_HARDENING CXX -fstack-protector-strong -fstack-clash-protection)
     velda_supported_flags(VELDA_LINK_HARDENING LINK
         -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
+
+    # What the C library checks needs an optimised build, and most versions of glibc warn of any other
+    # one in every file. The kind of build does not tell: a builder may have set its flags to -O0.
+    block()
+        set(CMAKE_REQUIRED_QUIET ON)
+        set(CMAKE_TRY_COMPILE_CONFIGURATION ${CMAKE_BUILD_TYPE})
+        if(CMAKE_CONFIGURATION_TYPES)
+            set(CMAKE_TRY_COMPILE_CONFIGURATION Release)
+        endif()
+        check_cxx_source_compiles("
+            #ifndef __OPTIMIZE__
+            #error not optimised
+            #endif
+            int main() { return 0; }" VELDA_OPTIMISES)
+    endblock()
+    if(VELDA_OPTIMISES)
+        list(APPEND VELDA_HARDENING -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+    endif()
 endif()
 
 function(velda_harden target)
     if(NOT VELDA_HARDEN OR VELDA_SANITIZE OR VELDA_COVERAGE)
         return()
     endif()
-    # What the C library checks needs an optimised build.
-    target_compile_options(${target} PRIVATE
-        $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 ${VELDA_HARDENING}>)
+    target_compile_options(${target} PRIVATE $<$<NOT:$<CONFIG:Debug>>:${VELDA_HARDENING}>)
     target_link_options(${target} PRIVATE $<$<NOT:$<CONFIG:Debug>>:${VELDA_LINK_HARDENING}>)
 endfunction()
 
