@@ -10,8 +10,11 @@
 #include "xmlp/xmlp_internal.h"
 
 #include <map>
+#include <regex>
+#include <sstream>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -136,49 +139,58 @@ TEST(Bounds, OfTextsAreKeptWhereverTheyEnd) {
 
 // An argument for a call of which one pointer is null: other pointers lead to zeros, numbers are 1.
 template <class Argument>
-Argument argument(size_t place, size_t nullPlace) {
+Argument argument(bool isNull) {
     static uint64_t zeros[64];
     if constexpr (std::is_pointer_v<Argument>) {
-        return place == nullPlace ? nullptr : reinterpret_cast<Argument>(zeros);
+        return isNull ? nullptr : reinterpret_cast<Argument>(zeros);
     } else {
         return Argument{1};
     }
 }
 
+// What a call gives and prints, as nulls.cases has it.
 template <class Result, class... Arguments, size_t... places>
-std::string callWithNulls(Result (*call)(Arguments...), std::index_sequence<places...>) {
-    std::string all;
-    size_t place = 0;
-    const auto callOnce = [&] {
+std::string withNull(Result (*call)(Arguments...), size_t place, std::index_sequence<places...>) {
+    std::string outcome;
+    const std::string printed = linesOf([&] {
         if constexpr (std::is_void_v<Result>) {
-            call(argument<Arguments>(places, place)...);
+            call(argument<Arguments>(places == place)...);
+            outcome = "nothing";
         } else if constexpr (std::is_pointer_v<Result>) {
-            all += call(argument<Arguments>(places, place)...) == nullptr ? "null " : "given ";
+            outcome = call(argument<Arguments>(places == place)...) == nullptr ? "null" : "given";
         } else {
-            all += std::to_string(call(argument<Arguments>(places, place)...)) + " ";
+            outcome = std::to_string(call(argument<Arguments>(places == place)...));
         }
-    };
-    for (const bool isPointer : {std::is_pointer_v<Arguments>...}) {
-        if (isPointer) {
-            all += linesOf(callOnce);
-            all = std::regex_replace(all, std::regex(" $"), "\n");
-        }
-        ++place;
+    });
+    std::istringstream lines(printed);
+    const char *separator = ", ";
+    for (std::string line; std::getline(lines, line); separator = "; ") {
+        outcome.append(separator).append(line);
     }
-    return all;
+    return outcome;
+}
+
+struct Call {
+    std::vector<bool> isPointer; // for each argument
+    std::string (*withNull)(size_t place);
+};
+
+template <class Result, class... Arguments>
+constexpr auto placesOf(Result (*)(Arguments...)) {
+    return std::make_index_sequence<sizeof...(Arguments)>();
 }
 
 template <class Result, class... Arguments>
-std::string withNulls(Result (*call)(Arguments...)) {
-    return callWithNulls(call, std::make_index_sequence<sizeof...(Arguments)>());
+std::vector<bool> pointersOf(Result (*)(Arguments...)) {
+    return {std::is_pointer_v<Arguments>...};
 }
 
 // clang-format off
-#define C(name) {#name, [] { return withNulls(name); }},
+#define C(name) {#name, {pointersOf(name), [](size_t at) { return withNull(name, at, placesOf(name)); }}},
 #define X(name) C(xmlp_##name)
 #define A(name) C(appmngr_##name)
 #define H(name) C(_appmngr_xmlnode_handler_##name)
-const std::map<std::string, std::string (*)()> calls = {
+const std::map<std::string, Call> calls = {
     C(_skipWhiteSpace) C(_checkXml) C(_subXml) C(_checkNameAttr) C(_getNameAttr) C(_setType)
     C(_findName) C(_saveNameAttr) C(_makeStree) C(_makeDtree) C(_checkOrder) C(_item2Node)
     C(_tree2Xml) C(_tree2FormatXml) C(_initLock) C(_lock) C(_unLock) C(_destroyLock) X(loadDoc)
@@ -204,10 +216,30 @@ const std::map<std::string, std::string (*)()> calls = {
 // clang-format on
 
 TEST(Bounds, OfPointersAreTold) {
-    EXPECT_EQ(readCases("nulls.cases").size(), calls.size());
-    forEachCase("nulls.cases", [](const Case &test) {
-        EXPECT_EQ(calls.at(test.text("call"))(), test.lines("outcome"));
+    std::map<std::string, std::vector<bool>> tried; // as Call::isPointer
+    forEachCase("nulls.cases", [&tried](const Case &test) {
+        static const std::regex form(R"((\w+)\(([^)]*)\) = ([^]*))");
+        std::istringstream lines(test.lines("call"));
+        for (std::string line; std::getline(lines, line);) {
+            std::smatch parts;
+            ASSERT_TRUE(std::regex_match(line, parts, form)) << line;
+            const Call &call = calls.at(parts[1]);
+            std::vector<bool> &places = tried[parts[1]];
+            places.resize(call.isPointer.size());
+            std::istringstream arguments(parts[2]);
+            size_t place = 0;
+            for (std::string name; std::getline(arguments >> std::ws, name, ','); ++place) {
+                if (name == "null") {
+                    places.at(place) = true;
+                    EXPECT_EQ(call.withNull(place), parts[3]) << line;
+                }
+            }
+            EXPECT_EQ(place, places.size()) << line;
+        }
     });
+    for (const auto &[name, call] : calls) {
+        EXPECT_EQ(tried[name], call.isPointer) << name;
+    }
 }
 
 } // namespace

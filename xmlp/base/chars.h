@@ -43,6 +43,14 @@ inline const char *skipWhiteSpace(const char *position) {
     return position;
 }
 
+// The first byte that is not white space, or the end.
+inline const char *skipWhiteSpaceUpTo(const char *position, const char *end) {
+    while (position < end && isWhiteSpace(*position)) {
+        ++position;
+    }
+    return position;
+}
+
 // string_view's own starts_with may throw, and so calls into the C++ run-time library.
 inline bool startsWith(std::string_view text, std::string_view prefix) {
     return text.size() >= prefix.size() &&

@@ -43,6 +43,15 @@ bool decode(std::string_view text, Sink sink) {
 }
 
 } // namespace
+
+const char *findBadReference(std::string_view text) {
+    size_t place = text.find('&');
+    while (entityAt(text.substr(place)) != nullptr) {
+        place = text.find('&', place + 1);
+    }
+    return text.data() + place;
+}
+
 } // namespace velda::xmlp
 
 using namespace velda::xmlp;

@@ -33,6 +33,9 @@ inline bool isAnyEscaped(uint64_t bytes) {
     return (hasZero((bytes | each * 2) ^ each * '>') | hasZero(bytes ^ each * '&')) != 0;
 }
 
+// The first '&' that begins none of the three references. There is one.
+const char *findBadReference(std::string_view text);
+
 // How many bytes at the beginning of a text stand for themselves.
 inline size_t plainLength(std::string_view text) {
     const size_t size = text.size();

@@ -1,10 +1,16 @@
 // The one place where this library reports: "[ERROR][function():line]: message".
 #pragma once
 
+#include <cstdint>
+
 namespace velda::xmlp {
 
 __attribute__((format(printf, 3, 4))) void report(const char *function, int line,
                                                   const char *format, ...);
+
+// The same of a fault in a text, `offset` bytes from its start.
+__attribute__((format(printf, 4, 5))) void reportAt(uint32_t offset, const char *function, int line,
+                                                    const char *format, ...);
 
 } // namespace velda::xmlp
 

@@ -9,10 +9,10 @@ namespace velda::xmlp {
 
 enum class BuildResult { built, refused, noMemory };
 
-// Build the tree of a body that has not been checked, by the quick road (quick_scan.h). Unless it's
-// built nothing is left allocated. They print a line when memory runs out, but for the memory of a
-// text of a dynamic tree, as the plain road does, and nothing else ever.
-BuildResult buildStaticTreeFast(std::string_view body, Indexer indexMarkup, XMLP_NODE *&root);
-BuildResult buildDynamicTreeFast(std::string_view body, Indexer indexMarkup, XMLP_NODE *&root);
+// Build the tree of a body that has not been checked, from the records of a scan (scanner.h). Unless it
+// is built nothing is left allocated. They print a line when memory runs out, but for the memory of a
+// value of a dynamic tree, and nothing else ever.
+BuildResult buildStaticTreeFast(std::string_view body, Indexer indexer, XMLP_NODE *&root);
+BuildResult buildDynamicTreeFast(std::string_view body, Indexer indexer, XMLP_NODE *&root);
 
 } // namespace velda::xmlp

@@ -1,4 +1,4 @@
-// Dynamic trees made of the records of a quick scan.
+// Dynamic trees from the records of a scan.
 
 #include "xmlp/base/report.h"
 #include "xmlp/parse/builders.h"
@@ -51,11 +51,11 @@ private:
 
     // In this order, in which a parse without the records would make them: value, name, attributes.
     bool fill(XMLP_NODE *node, const ElementRecord &element, uint32_t number) {
-        const bool isItem = (element.name & ElementRecord::itemBit) != 0;
-        if (element.textSize != 0 && !setValue(node, element)) {
+        const bool isItem = element.isItem();
+        if (element.valueSize != 0 && !setValue(node, element)) {
             return false;
         }
-        node->name = isItem ? g_xmlp_itemName : newText(nameAt(element.name)).release();
+        node->name = isItem ? g_xmlp_itemName : newText(nameAt(element.nameOffset())).release();
         if (node->name == nullptr) {
             XMLP_REPORT_FOR("_getNameAttr", "malloc failed.");
             return false;
@@ -82,9 +82,9 @@ private:
     }
 
     bool setValue(XMLP_NODE *node, const ElementRecord &element) {
-        const char *text = body_ + element.text;
-        const uint32_t size = element.textSize & ~ElementRecord::escapedBit;
-        const bool isEscaped = size != element.textSize;
+        const char *text = body_ + element.value;
+        const uint32_t size = element.valueSize;
+        const bool isEscaped = element.isEscaped();
         const uint32_t valueSize = isEscaped ? xmlp_unTransStrLen(text, size) : size;
         auto value = allocate<char>(valueSize);
         if (value == nullptr) {
@@ -114,9 +114,7 @@ private:
         }
     }
 
-    std::string_view nameAt(uint32_t offset) const {
-        return names_ + (offset & ~ElementRecord::itemBit);
-    }
+    std::string_view nameAt(uint32_t offset) const { return names_ + offset; }
 
     TagAttribute attributeOf(const AttributeRecord &attribute) const {
         const bool hasValue = attribute.value != AttributeRecord::noValue;
@@ -133,14 +131,14 @@ private:
 
 } // namespace
 
-BuildResult buildDynamicTreeFast(std::string_view body, Indexer indexMarkup, XMLP_NODE *&root) {
+BuildResult buildDynamicTreeFast(std::string_view body, Indexer indexer, XMLP_NODE *&root) {
     OwnedTree tree(xmlp_initNode());
     if (tree == nullptr) {
         return BuildResult::noMemory;
     }
     StringTable names;
     ElementRecords scanned;
-    switch (scanBody(body, indexMarkup, names, scanned)) {
+    switch (scanBody(body, indexer, names, scanned)) {
     case ScanResult::accepted:
         break;
     case ScanResult::refused:

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "xmlp/base/string_table.h"
+#include "xmlp/parse/open_elements.h"
 
 #include <algorithm>
 #include <array>
@@ -43,9 +44,6 @@ constexpr std::array<Block16, sizeof(Block16) + 1> makeMasks() {
 }
 
 inline constexpr std::array<Block16, sizeof(Block16) + 1> masks = makeMasks();
-
-// Kinds of children; an element has only those of one kind.
-enum Children : uint32_t { noChildren = 0, namedChildren = 1, itemChildren = 2, anyChildren = 3 };
 
 struct PredictedName {
     Block16 words; // the name and the byte behind it

@@ -1,7 +1,37 @@
+// The scanner. Its grammar, in which `text` is what stands between two tags:
+//
+//   body     = text element text | text "<" rest         (rest: no further markup, no '/' first)
+//   element  = "<" tag "/>" | "<" tag ">" content "</" name ">"
+//   content  = text | text element { text element } text
+//   tag      = name { space } { attribute }              (TagReader tells what these are)
+//
+// An end tag repeats the name of the start tag, which then consists of name characters; an empty element
+// may bear any name that TagReader reads. A '<' or '>' in a text is refused, unless a multi-byte lead
+// byte hides it. The second form of a body is a tag that never ends: it makes a tree without elements.
+//
+// There are two ways through a tag. The fast one compares sixteen bytes at a time with the names that
+// the predictor expects, and relies on this:
+//
+//   - the chunk hides no markup, and what is read belongs to the chunk, so that a '>' after a name is
+//     the tag's end;
+//   - there are sixteen bytes to read after the "<" or "</";
+//   - the tag is not the chunk's last, so that there is a next one to look at.
+//
+// Whatever it doesn't meet in its plainest form goes the general way, from the tag's beginning: a name of
+// more than 15 bytes, white space other than one space before each attribute, 64 attributes and more, a
+// '/' where no end of the tag is. There TagReader reads the tag, and its end is found by single steps,
+// as the steps find it.
+//
+// Invariants between two tags: tagEnd_ is where the last tag ended; textOwner_ says whose text begins
+// there; all elements that have begun have their record, those that are open are in open_; every '<'
+// before tagEnd_ began a tag. So when in the end there were as many '>' as '<', none stood in a text.
+
 #include "xmlp/parse/scanner.h"
 
 #include "xmlp/base/chars.h"
+#include "xmlp/base/markup.h"
 #include "xmlp/parse/name_predictor.h"
+#include "xmlp/parse/open_elements.h"
 #include "xmlp/parse/tag_reader.h"
 
 #include <algorithm>
@@ -14,41 +44,30 @@
 namespace velda::xmlp {
 namespace {
 
-struct OpenElement {
-    uint32_t number; // of its record plus 1; 0 for the document node
-    uint32_t name;   // offset in the body
-    uint32_t nameLength;
-    uint32_t children; // the kinds that it can still be given
-};
-
-// What the tag taken last leaves to the text behind it.
-enum class TextOwner { nothing, openElement, emptyElement };
+// Who owns the text after the previous tag.
+enum class TextOwner { nobody, openElement, emptyElement };
 
 class Scanner {
 public:
-    Scanner(std::string_view body, StringTable &names, ElementRecords &scanned)
-        : body_(body.data()), end_(body.data() + body.size()), names_(names), scanned_(scanned),
+    Scanner(std::string_view body, StringTable &names, ElementRecords &records)
+        : body_(body.data()), end_(body.data() + body.size()), names_(names), records_(records),
           predictor_(names), tagEnd_(body_), ampersand_(body_), indexedEnd_(body_) {
-        // A tag that begins before this has sixteen bytes to read behind its "<" or "</".
-        constexpr size_t margin = sizeof(Block16) + 2;
-        safeReadLimit_ = body.size() > margin ? end_ - margin : body_;
+        safeReadLimit_ = body.size() > padding ? end_ - padding : body_;
     }
 
-    ScanResult run(Indexer indexMarkup) {
+    ScanResult run(Indexer indexer) {
         const auto size = static_cast<size_t>(end_ - body_);
         size_t tags = 0;
         for (size_t start = 0; start < size; start += chunkSize) {
-            const char *stretch = body_ + start;
+            const char *chunk = body_ + start;
             const size_t length = std::min(chunkSize, size - start);
-            const size_t count = indexMarkup(stretch, length, offsets_, state_);
-            indexedEnd_ = stretch + length;
-            if (state_.mayHideMarkup) {
-                return ScanResult::refused;
-            }
-            if (!scanned_.elements.reserveMore(count)) {
+            state_.hidesMarkup = false;
+            const size_t count = indexer(chunk, length, offsets_, state_);
+            indexedEnd_ = chunk + length;
+            if (!records_.elements.reserveMore(count)) {
                 return ScanResult::noMemory;
             }
-            const ScanResult result = scanTags(stretch, {offsets_, count});
+            const ScanResult result = scanTags(chunk, {offsets_, count});
             if (result != ScanResult::accepted) {
                 return result;
             }
@@ -57,34 +76,36 @@ public:
             }
             tags += count;
         }
-        // Every tag has been seen to end in its own '>', so any more of them stand in texts.
-        const bool isSound = isComplete_ && state_.closing == tags;
-        return isSound ? ScanResult::accepted : ScanResult::refused;
+        const size_t closing = isUnclosed_ ? tags - 1 : tags;
+        return isComplete_ && state_.closing == closing ? ScanResult::accepted
+                                                        : ScanResult::refused;
     }
 
 private:
-    // Room for as many records as there will be if a text of this size goes on as it began: with its
-    // first stretch, and the rest of a tag that began there, which may be most of the text. But not for
+    // A tag that begins so many bytes before an end has sixteen bytes to read after its "<" or "</".
+    static constexpr size_t padding = sizeof(Block16) + 2;
+
+    // Capacity for as many records as there will be if a text of this size goes on as it began: with its
+    // first chunk, and the rest of a tag that began there, which may be most of the text. But not for
     // more than one would expect, as that may be its densest part.
     bool reserveForWhole(size_t size) {
         constexpr size_t textBytesPerRecord = 16;
         const size_t most = size / textBytesPerRecord;
         const size_t more = size / std::max(chunkSize, static_cast<size_t>(tagEnd_ - body_));
-        return scanned_.elements.reserveMore(std::min(more * scanned_.elements.size(), most)) &&
-               scanned_.attributes.reserveMore(std::min(more * scanned_.attributes.size(), most));
+        return records_.elements.reserveMore(std::min(more * records_.elements.size(), most)) &&
+               records_.attributes.reserveMore(std::min(more * records_.attributes.size(), most));
     }
 
-    ScanResult scanTags(const char *stretch, std::span<const uint16_t> offsets) {
-        // All but the last tag and those beyond the margin, where there is less to read.
-        size_t ordinary = offsets.empty() ? 0 : offsets.size() - 1;
-        while (ordinary > 0 && stretch + offsets[ordinary] >= safeReadLimit_) {
-            --ordinary;
+    ScanResult scanTags(const char *chunk, std::span<const uint16_t> offsets) {
+        size_t fast = offsets.empty() || state_.hidesMarkup ? 0 : offsets.size() - 1;
+        while (fast > 0 && chunk + offsets[fast] + padding >= indexedEnd_) {
+            --fast;
         }
         ScanResult result = ScanResult::accepted;
         size_t i = 0;
-        while (i < ordinary && result == ScanResult::accepted) {
-            const char *tag = stretch + offsets[i];
-            const char *next = stretch + offsets[++i];
+        while (i < fast && result == ScanResult::accepted) {
+            const char *tag = chunk + offsets[i];
+            const char *next = chunk + offsets[++i];
             if (tag < tagEnd_) {
                 return ScanResult::refused;
             }
@@ -96,32 +117,31 @@ private:
             if (name == nullptr) [[unlikely]] {
                 name = findName(tag + 1);
             }
-            if (name == nullptr || (current_.children & name->kind) == 0) [[unlikely]] {
+            if (name == nullptr || !open_.addChild(name->kind)) [[unlikely]] {
                 result = scanStartTagSlow(tag + 1, name);
                 continue;
             }
-            current_.children = name->kind;
             tagEnd_ = tag + name->length + 2;
             ElementRecord element = recordOf(name->offset, name->isItem);
             const bool isLeaf = next[1] == '/' && name->matches(load16(next + 2));
             if (isLeaf) {
                 result = scanText(next, element);
-                scanned_.elements.pushUnchecked(element);
+                records_.elements.pushUnchecked(element);
                 tagEnd_ = next + name->length + 3;
-                textOwner_ = TextOwner::nothing;
+                textOwner_ = TextOwner::nobody;
                 ++i;
             } else {
-                scanned_.elements.pushUnchecked(element);
+                records_.elements.pushUnchecked(element);
                 result = open(tag + 1, name->length, name->isItem);
             }
         }
         for (; i < offsets.size() && result == ScanResult::accepted; ++i) {
-            const char *tag = stretch + offsets[i];
+            const char *tag = chunk + offsets[i];
             if (tag < tagEnd_) {
                 return ScanResult::refused;
             }
             const bool isEndTag = end_ - tag > 1 && tag[1] == '/';
-            result = isEndTag ? scanEndTag(tag) : scanStartTagGeneric(tag + 1);
+            result = isEndTag ? scanEndTagGeneric(tag) : scanStartTagGeneric(tag + 1);
         }
         return result;
     }
@@ -144,36 +164,43 @@ private:
     }
 
     [[gnu::always_inline]] ScanResult scanEndTag(const char *tag) {
-        if (textOwner_ != TextOwner::nothing && tag != tagEnd_) {
+        if (textOwner_ != TextOwner::nobody && tag != tagEnd_) {
             ElementRecord dropped = {};
             const bool isKept = textOwner_ == TextOwner::openElement;
-            ElementRecord &element = isKept ? scanned_.elements[current_.number - 1] : dropped;
+            ElementRecord &element =
+                isKept ? records_.elements[open_.innermost().number - 1] : dropped;
             if (scanText(tag, element) != ScanResult::accepted && isKept) {
                 return ScanResult::refused;
             }
         }
         const char *name = tag + 2;
-        const uint32_t length = current_.nameLength;
-        if (current_.number == 0 || static_cast<size_t>(end_ - name) <= length ||
-            name[length] != '>' || !equalPrefix(name, body_ + current_.name, length)) {
+        const uint32_t length = open_.innermost().nameLength;
+        if (open_.isOutside() || static_cast<size_t>(end_ - name) <= length ||
+            name[length] != '>' || !equalPrefix(name, body_ + open_.innermost().name, length)) {
             return ScanResult::refused;
         }
-        current_ = enclosing_.last();
-        enclosing_.pop();
-        close(name + length + 1, TextOwner::nothing);
+        open_.close();
+        close(name + length + 1, TextOwner::nobody);
         return ScanResult::accepted;
     }
 
-    // The text from the last tag to this end. The one behind an empty element is counted as the plain
-    // road counts it, and kept by no one. Declined when its references can't be decoded.
+    // Where the '>' right after the name may be hidden.
+    [[gnu::noinline]] ScanResult scanEndTagGeneric(const char *tag) {
+        const char *close = findMarkup(tag + 1, end_);
+        return close == tag + 2 + open_.innermost().nameLength ? scanEndTag(tag)
+                                                               : ScanResult::refused;
+    }
+
+    // The text from the last tag to this end. The one after an empty element is counted as the steps
+    // count it, and kept by no one. Refused when its references can't be decoded.
     [[gnu::always_inline]] ScanResult scanText(const char *end, ElementRecord &element) {
         const auto size = static_cast<uint32_t>(end - tagEnd_);
-        element.text = offsetOf(tagEnd_);
-        element.textSize = size;
+        element.value = offsetOf(tagEnd_);
+        element.valueSize = size;
         if (ampersand_ < end) [[unlikely]] {
             return measureReferences(end, element);
         }
-        scanned_.valueBytes += size;
+        records_.valueBytes += size;
         return ScanResult::accepted;
     }
 
@@ -181,39 +208,25 @@ private:
         const char *begin = std::max(ampersand_, tagEnd_);
         const void *found = std::memchr(begin, '&', static_cast<size_t>(indexedEnd_ - begin));
         ampersand_ = found != nullptr ? static_cast<const char *>(found) : indexedEnd_;
-        uint32_t size = element.textSize;
+        uint32_t size = element.valueSize;
         if (ampersand_ < end) {
-            element.textSize |= ElementRecord::escapedBit;
+            element.name |= ElementRecord::escapedBit;
             size = xmlp_unTransStrLen(tagEnd_, size);
         }
-        scanned_.valueBytes += size;
-        return size != 0 || element.textSize == 0 ? ScanResult::accepted : ScanResult::refused;
+        records_.valueBytes += size;
+        return size != 0 || element.valueSize == 0 ? ScanResult::accepted : ScanResult::refused;
     }
 
     ElementRecord recordOf(uint32_t name, bool isItem) const {
-        return {name | (isItem ? ElementRecord::itemBit : 0), current_.number, 0, 0};
-    }
-
-    // An element under the one that is open, or the top-level one. False when its parent can't have it.
-    // Room for it has been made.
-    bool addElement(uint32_t name, bool isItem) {
-        const bool isTop = scanned_.elements.isEmpty();
-        const Children kind = isItem ? itemChildren : namedChildren;
-        if ((current_.children & kind) == 0 && !isTop) {
-            return false;
-        }
-        current_.children = isTop ? noChildren : kind;
-        scanned_.elements.pushUnchecked(recordOf(name, isItem));
-        return true;
+        return {name | (isItem ? ElementRecord::itemBit : 0), open_.innermost().number, 0, 0};
     }
 
     // The element added last is open until its end tag comes.
     [[gnu::always_inline]] ScanResult open(const char *name, uint32_t length, bool isItem) {
-        if (!enclosing_.push(current_)) {
+        if (!open_.open({static_cast<uint32_t>(records_.elements.size()), offsetOf(name), length,
+                         isItem ? noChildren : anyChildren})) {
             return ScanResult::noMemory;
         }
-        current_ = {static_cast<uint32_t>(scanned_.elements.size()), offsetOf(name), length,
-                    isItem ? noChildren : anyChildren};
         textOwner_ = TextOwner::openElement;
         return ScanResult::accepted;
     }
@@ -222,7 +235,7 @@ private:
     [[gnu::always_inline]] void close(const char *tagEnd, TextOwner textOwner) {
         tagEnd_ = tagEnd;
         textOwner_ = textOwner;
-        if (current_.number == 0) [[unlikely]] {
+        if (open_.isOutside()) [[unlikely]] {
             isComplete_ = true;
             tagEnd_ = end_; // so that no tag may follow
         }
@@ -233,7 +246,7 @@ private:
     [[gnu::noinline]] ScanResult scanStartTagWithAttributes(const char *name,
                                                             const PredictedName &known) {
         const PredictedName element = known; // its place may be taken by another string
-        const size_t before = scanned_.attributes.size();
+        const size_t before = records_.attributes.size();
         const char *position = name + element.length;
         while (*position == ' ') {
             const ScanResult result = scanAttribute(position, before);
@@ -244,19 +257,19 @@ private:
                 break;
             }
         }
-        // To the plain road the first slash in a tag that ends with one is its end.
+        // To the steps the first slash in a tag that ends with one is its end.
         const bool isEmpty =
             position[0] == '/' && position[1] == '>' && std::find(name, position, '/') == position;
         if (*position != '>' && !isEmpty) {
-            scanned_.attributes.shrink(before);
+            records_.attributes.shrink(before);
             return scanStartTagGeneric(name);
         }
         return endStartTag(position + (isEmpty ? 2 : 1), {name, element.length}, element.offset,
                            element.isItem, isEmpty);
     }
 
-    // The attribute behind this space; `position` is moved behind its value. Declined, without having
-    // moved, when it's written in any other than the plainest way.
+    // The attribute after this space; `position` is moved past its value. Refused, without having
+    // moved, when it's written in any other than the plainest way: that is for the general way.
     ScanResult scanAttribute(const char *&position, size_t firstOfTag) {
         const char *name = position + 1;
         if (name > safeReadLimit_) {
@@ -289,7 +302,7 @@ private:
             }
             attribute.value = static_cast<uint32_t>(place);
         }
-        if (!scanned_.attributes.push(attribute)) {
+        if (!records_.attributes.push(attribute)) {
             return ScanResult::noMemory;
         }
         position = value + length + 1;
@@ -299,28 +312,29 @@ private:
     // Few names are compared one by one; a tag of many attributes is found to be out of the ordinary.
     bool isRepeated(uint32_t name, size_t firstOfTag) const {
         constexpr size_t many = 64;
-        const size_t count = scanned_.attributes.size();
+        const size_t count = records_.attributes.size();
         for (size_t i = firstOfTag; i < count; ++i) {
-            if (scanned_.attributes[i].name == name) {
+            if (records_.attributes[i].name == name) {
                 return true;
             }
         }
         return count - firstOfTag == many;
     }
 
-    // Any tag, with the reader that the plain road uses.
+    // Any tag, with the reader that the steps use.
     [[gnu::noinline]] ScanResult scanStartTagGeneric(const char *tag) {
-        const auto *close =
-            static_cast<const char *>(std::memchr(tag, '>', static_cast<size_t>(end_ - tag)));
-        if (close == nullptr || close == tag) {
+        const char *close = findMarkup(tag, end_);
+        if (close == end_) {
+            return acceptUnclosed();
+        }
+        if (*close == '<') {
             return ScanResult::refused;
         }
         const bool isEmpty = close[-1] == '/';
         TagReader reader(tag, isEmpty ? '/' : '>');
         std::string_view name;
         size_t offset = 0;
-        if (!reader.readName(name) || name.empty() ||
-            !std::all_of(name.begin(), name.end(), [](char c) { return isNameChar(c); })) {
+        if (!reader.readName(name) || !(isEmpty || canBeRepeated(name))) {
             return ScanResult::refused;
         }
         if (!names_.intern(name, offset)) {
@@ -332,6 +346,24 @@ private:
         }
         return endStartTag(close + 1, name, static_cast<uint32_t>(offset), name == itemName,
                            isEmpty);
+    }
+
+    // Can an end tag have this name? It consists of name characters, the first included, and the last one
+    // must not be a lead byte that would hide the '>'.
+    static bool canBeRepeated(std::string_view name) {
+        size_t boundary = 0;
+        while (boundary < name.size()) {
+            boundary += characterLength(name[boundary]);
+        }
+        return boundary == name.size() && !name.empty() && isNameChar(name.front());
+    }
+
+    // A tag without an end: that is all that there may be.
+    ScanResult acceptUnclosed() {
+        isUnclosed_ = records_.elements.isEmpty();
+        isComplete_ = isUnclosed_;
+        tagEnd_ = end_;
+        return isUnclosed_ ? ScanResult::accepted : ScanResult::refused;
     }
 
     ScanResult readAttributes(TagReader &reader) {
@@ -346,7 +378,7 @@ private:
             if (isRepeated) {
                 return ScanResult::refused;
             }
-            if (!scanned_.attributes.push(
+            if (!records_.attributes.push(
                     {numberOfNext(), static_cast<uint32_t>(name), static_cast<uint32_t>(value)})) {
                 return ScanResult::noMemory;
             }
@@ -356,9 +388,13 @@ private:
 
     ScanResult endStartTag(const char *tagEnd, std::string_view name, uint32_t offset, bool isItem,
                            bool isEmpty) {
-        if (!addElement(offset, isItem)) {
+        const bool canStandHere = open_.isOutside()
+                                      ? open_.addTopLevel()
+                                      : open_.addChild(isItem ? itemChildren : namedChildren);
+        if (!canStandHere) {
             return ScanResult::refused;
         }
+        records_.elements.pushUnchecked(recordOf(offset, isItem)); // reserved for the whole chunk
         if (isEmpty) {
             close(tagEnd, TextOwner::emptyElement);
             return ScanResult::accepted;
@@ -385,7 +421,7 @@ private:
         return (((x.low ^ y.low) & mask.low) | ((x.high ^ y.high) & mask.high)) == 0;
     }
 
-    uint32_t numberOfNext() const { return static_cast<uint32_t>(scanned_.elements.size() + 1); }
+    uint32_t numberOfNext() const { return static_cast<uint32_t>(records_.elements.size() + 1); }
     uint32_t offsetOf(const char *position) const {
         return static_cast<uint32_t>(position - body_);
     }
@@ -394,17 +430,17 @@ private:
     const char *end_;
     const char *safeReadLimit_;
     StringTable &names_;
-    ElementRecords &scanned_;
+    ElementRecords &records_;
     NamePredictor predictor_;
-    OpenElement current_ = {0, 0, 0, noChildren};
-    Array<OpenElement> enclosing_;
+    OpenElements open_;
     IndexState state_;
-    const char *tagEnd_;    // behind the '>' of the tag taken last
-    const char *ampersand_; // from the place last looked at, there is none before this
+    const char *tagEnd_;    // after the '>' of the previous tag
+    const char *ampersand_; // there is none between the place last looked at and this
     const char *indexedEnd_;
-    TextOwner textOwner_ = TextOwner::nothing;
-    bool isComplete_ = false;
-    uint16_t offsets_[chunkSize + indexPadding]; // of the '<' in the stretch
+    TextOwner textOwner_ = TextOwner::nobody;
+    bool isComplete_ = false;                    // the top-level element has ended
+    bool isUnclosed_ = false;                    // the first tag never ends
+    uint16_t offsets_[chunkSize + indexPadding]; // of the '<' in the chunk
 };
 
 // A scanner has some 40 KiB, more than a small thread's stack can give.
@@ -417,13 +453,8 @@ struct DropScanner {
 
 } // namespace
 
-ScanResult scanBody(std::string_view body, Indexer indexMarkup, StringTable &names,
-                    ElementRecords &scanned) {
-    // Sizes in the records are 31 bits wide, and a name table may be somewhat larger than its text.
-    constexpr size_t largest = (size_t{1} << 31) - 1;
-    if (body.size() > largest) {
-        return ScanResult::refused;
-    }
+ScanResult scanBody(std::string_view body, Indexer indexer, StringTable &names,
+                    ElementRecords &records) {
     if (!names.reserve(initialStringTableSize)) {
         return ScanResult::noMemory;
     }
@@ -431,8 +462,11 @@ ScanResult scanBody(std::string_view body, Indexer indexMarkup, StringTable &nam
     if (place == nullptr) {
         return ScanResult::noMemory;
     }
-    const std::unique_ptr<Scanner, DropScanner> scanner(new (place) Scanner(body, names, scanned));
-    return scanner->run(indexMarkup);
+    const std::unique_ptr<Scanner, DropScanner> scanner(new (place) Scanner(body, names, records));
+    const ScanResult result = scanner->run(indexer);
+    // Short names by the hundred million take more than they do in the text.
+    const bool isTooLarge = names.usedBytes() > UINT32_MAX;
+    return result == ScanResult::accepted && isTooLarge ? ScanResult::noMemory : result;
 }
 
 } // namespace velda::xmlp

@@ -1,4 +1,4 @@
-// Static trees made of the records of a quick scan. The text is only looked at again for values.
+// Static trees from the records of a scan. The text is only looked at again for values.
 
 #include "xmlp/parse/builders.h"
 
@@ -36,14 +36,14 @@ private:
         char *value = nullptr;
         uint32_t valueSize = 0;
         uint32_t type = XMLP_TYPE_NONE;
-        if (element.textSize != 0) {
+        if (element.valueSize != 0) {
             value = values_ + valueBytes_;
             valueSize = writeValue(element, value);
             valueBytes_ += valueSize;
             type = XMLP_TYPE_LEAF;
         }
-        const bool isItem = (element.name & ElementRecord::itemBit) != 0;
-        *node = {names_ + (element.name & ~ElementRecord::itemBit),
+        const bool isItem = element.isItem();
+        *node = {names_ + element.nameOffset(),
                  value,
                  valueSize,
                  isItem ? uint32_t{XMLP_TYPE_ITEM} : type,
@@ -64,14 +64,14 @@ private:
 
     // Gives the size of the value.
     [[gnu::always_inline]] uint32_t writeValue(const ElementRecord &element, char *value) const {
-        const char *text = body_ + element.text;
-        const uint32_t size = element.textSize & ~ElementRecord::escapedBit;
-        if (size != element.textSize) [[unlikely]] {
+        const char *text = body_ + element.value;
+        const uint32_t size = element.valueSize;
+        if (element.isEscaped()) [[unlikely]] {
             return static_cast<uint32_t>(xmlp_unTransStr(value, text, size) - value);
         }
         // A copy of fixed size is quicker than one of few bytes; what it writes too much is written
         // over by what comes next.
-        if (size <= fixedSize && element.text < fixedTexts_ && valueBytes_ < fixedValues_)
+        if (size <= fixedSize && element.value < fixedTexts_ && valueBytes_ < fixedValues_)
             [[likely]] {
             std::memcpy(value, text, fixedSize);
         } else {
@@ -113,10 +113,10 @@ private:
 
 } // namespace
 
-BuildResult buildStaticTreeFast(std::string_view body, Indexer indexMarkup, XMLP_NODE *&root) {
+BuildResult buildStaticTreeFast(std::string_view body, Indexer indexer, XMLP_NODE *&root) {
     StringTable names;
     ElementRecords scanned;
-    const ScanResult result = scanBody(body, indexMarkup, names, scanned);
+    const ScanResult result = scanBody(body, indexer, names, scanned);
     if (result == ScanResult::refused) {
         return BuildResult::refused;
     }

@@ -3,6 +3,9 @@
 
 #include "xmlp/parse/structural_index.h"
 
+#include "xmlp/base/chars.h"
+
+#include <algorithm>
 #include <atomic>
 #include <bit>
 #include <cstring>
@@ -65,15 +68,15 @@ size_t countBits(uint64_t bits) {
     return static_cast<size_t>(bits * everyByte >> 56);
 }
 
-// Lead bytes of characters of at least two, three and four bytes, told by their first bits. Some that
-// begin no character are among them, so that a few texts more are thought to hide markup.
+// Bytes that look like the lead bytes of characters of at least two, three and four bytes by their
+// first bits. C0, C1 and F5 to FF are among them, though they begin no character.
 struct Leads {
     uint64_t two = 0;
     uint64_t three = 0;
     uint64_t four = 0;
 };
 
-Leads leadsOf(const char *block) {
+Leads leadsByWords(const char *block) {
     Leads leads;
     for (size_t i = 0; i < blockSize; i += 8) {
         const uint64_t bytes = bytesAt(block + i);
@@ -86,21 +89,53 @@ Leads leadsOf(const char *block) {
     return leads;
 }
 
-// Few blocks of most texts come here.
-[[gnu::noinline]] void lookForHiddenMarkup(const char *block, uint64_t markup,
-                                           IndexState &summary) {
-    const Leads leads = leadsOf(block);
-    const uint64_t reached = summary.carry | leads.two << 1 | leads.three << 2 | leads.four << 3;
-    summary.mayHideMarkup |= (reached & markup) != 0;
-    summary.carry = leads.two >> 63 | leads.three >> 62 | leads.four >> 61;
+// How far the character that begins at this byte of the block reaches beyond it.
+uint32_t reachBeyond(const char *block, size_t place) {
+    const size_t end = place + characterLength(block[place]);
+    return end > blockSize ? static_cast<uint32_t>(end - blockSize) : 0;
 }
 
-template <Markup (*markupOf)(const char *block)>
+// The bytes within characters, by single steps.
+uint64_t hiddenByStepping(const char *block, uint32_t &carry) {
+    uint64_t hidden = (uint64_t{1} << carry) - 1;
+    size_t place = carry;
+    while (place < blockSize) {
+        const uint32_t length = characterLength(block[place]);
+        hidden |= ((uint64_t{1} << length) - 2) << place;
+        place += length;
+    }
+    carry = static_cast<uint32_t>(place - blockSize);
+    return hidden;
+}
+
+// A superset of the bytes within characters comes from the masks of what looks like a lead byte. Where
+// neither markup nor another lead byte is among them, nothing is hidden, every lead byte is one, and only
+// the last of them matters to the next block. That is so in well-formed text; the rest is stepped
+// through.
+template <Leads (*leadsOf)(const char *block)>
+[[gnu::noinline]] uint64_t hiddenBytes(const char *block, uint64_t markup, uint32_t &carry) {
+    const Leads leads = leadsOf(block);
+    const uint64_t within =
+        ((uint64_t{1} << carry) - 1) | leads.two << 1 | leads.three << 2 | leads.four << 3;
+    if ((within & (markup | leads.two)) != 0) [[unlikely]] {
+        return hiddenByStepping(block, carry);
+    }
+    carry = 0;
+    if ((leads.two >> 63 | leads.three >> 62 | leads.four >> 61) != 0) {
+        for (size_t place = blockSize - 3; place < blockSize; ++place) {
+            carry = std::max(carry, reachBeyond(block, place));
+        }
+    }
+    return 0;
+}
+
+template <Markup (*markupOf)(const char *block), Leads (*leadsOf)(const char *block)>
 [[gnu::always_inline]] inline size_t indexBlocks(const char *text, size_t size, uint16_t *offsets,
-                                                 IndexState &summary) {
+                                                 IndexState &state) {
     uint16_t *end = offsets;
     char last[blockSize];
     size_t closing = 0;
+    uint32_t carry = state.carry;
     for (size_t start = 0; start < size; start += blockSize) {
         const char *block = text + start;
         if (size - start < blockSize) {
@@ -108,7 +143,18 @@ template <Markup (*markupOf)(const char *block)>
             std::memcpy(last, block, size - start);
             block = last;
         }
-        const Markup markup = markupOf(block);
+        Markup markup = markupOf(block);
+        if (markup.hasHighBytes || carry != 0) [[unlikely]] {
+            const uint64_t hidden =
+                hiddenBytes<leadsOf>(block, markup.less | markup.greater, carry);
+            if ((hidden & (markup.less | markup.greater)) != 0) {
+                markup.less &= ~hidden;
+                markup.greater &= ~hidden;
+                markup.opening = countBits(markup.less);
+                markup.closing = countBits(markup.greater);
+                state.hidesMarkup = true;
+            }
+        }
         // As many as most blocks have are written in any case: a loop that runs as often as there are
         // bits would end where no processor expects it.
         constexpr size_t most = indexPadding;
@@ -125,11 +171,9 @@ template <Markup (*markupOf)(const char *block)>
         }
         end += markup.opening;
         closing += markup.closing;
-        if (markup.hasHighBytes || summary.carry != 0) [[unlikely]] {
-            lookForHiddenMarkup(block, markup.less | markup.greater, summary);
-        }
     }
-    summary.closing += closing;
+    state.closing += closing;
+    state.carry = carry;
     return static_cast<size_t>(end - offsets);
 }
 
@@ -143,8 +187,8 @@ Markup markupByWords(const char *block) {
     return {less, greater, countBits(less), countBits(greater), (all & everyByte << 7) != 0};
 }
 
-size_t indexPortably(const char *text, size_t size, uint16_t *offsets, IndexState &summary) {
-    return indexBlocks<markupByWords>(text, size, offsets, summary);
+size_t indexPortably(const char *text, size_t size, uint16_t *offsets, IndexState &state) {
+    return indexBlocks<markupByWords, leadsByWords>(text, size, offsets, state);
 }
 
 #if defined(__x86_64__)
@@ -167,8 +211,29 @@ inline Markup markupBySse2(const char *block) {
     return {less, greater, countBits(less), countBits(greater), _mm_movemask_epi8(all) != 0};
 }
 
-size_t indexBySse2(const char *text, size_t size, uint16_t *offsets, IndexState &summary) {
-    return indexBlocks<markupBySse2>(text, size, offsets, summary);
+inline Leads leadsBySse2(const char *block) {
+    Leads leads;
+    for (int part = 0; part < 4; ++part) {
+        const int shift = 16 * part;
+        __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i *>(block + shift));
+        // The mask of the highest bits, which is then that of the next ones.
+        const auto nextMask = [&bytes] {
+            const auto mask = static_cast<uint64_t>(_mm_movemask_epi8(bytes));
+            bytes = _mm_add_epi8(bytes, bytes);
+            return mask;
+        };
+        const uint64_t one = nextMask();
+        const uint64_t two = one & nextMask();
+        const uint64_t three = two & nextMask();
+        leads.two |= two << shift;
+        leads.three |= three << shift;
+        leads.four |= (three & nextMask()) << shift;
+    }
+    return leads;
+}
+
+size_t indexBySse2(const char *text, size_t size, uint16_t *offsets, IndexState &state) {
+    return indexBlocks<markupBySse2, leadsBySse2>(text, size, offsets, state);
 }
 
 [[gnu::target("avx2,bmi,popcnt")]] inline Markup markupByAvx2(const char *block) {
@@ -189,8 +254,8 @@ size_t indexBySse2(const char *text, size_t size, uint16_t *offsets, IndexState 
 }
 
 [[gnu::target("avx2,bmi,popcnt")]] size_t indexByAvx2(const char *text, size_t size,
-                                                      uint16_t *offsets, IndexState &summary) {
-    return indexBlocks<markupByAvx2>(text, size, offsets, summary);
+                                                      uint16_t *offsets, IndexState &state) {
+    return indexBlocks<markupByAvx2, leadsBySse2>(text, size, offsets, state);
 }
 
 // Asked of the processor itself: the compiler's own test would need a library at run time.
@@ -257,8 +322,20 @@ inline Markup markupByNeon(const char *block) {
             (any & everyByte << 7) != 0};
 }
 
-size_t indexByNeon(const char *text, size_t size, uint16_t *offsets, IndexState &summary) {
-    return indexBlocks<markupByNeon>(text, size, offsets, summary);
+inline Leads leadsByNeon(const char *block) {
+    const auto *bytes = reinterpret_cast<const uint8_t *>(block);
+    const uint8x16_t parts[4] = {vld1q_u8(bytes), vld1q_u8(bytes + 16), vld1q_u8(bytes + 32),
+                                 vld1q_u8(bytes + 48)};
+    const auto atLeast = [&parts](uint8_t byte) {
+        const uint8x16_t all = vdupq_n_u8(byte);
+        return wordOf(maskByNeon({vcgeq_u8(parts[0], all), vcgeq_u8(parts[1], all),
+                                  vcgeq_u8(parts[2], all), vcgeq_u8(parts[3], all)}));
+    };
+    return {atLeast(0xC0), atLeast(0xE0), atLeast(0xF0)};
+}
+
+size_t indexByNeon(const char *text, size_t size, uint16_t *offsets, IndexState &state) {
+    return indexBlocks<markupByNeon, leadsByNeon>(text, size, offsets, state);
 }
 
 constexpr Indexer allIndexers[] = {indexByNeon, indexPortably};

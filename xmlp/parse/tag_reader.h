@@ -33,6 +33,9 @@ public:
 
     TagFault fault() const { return fault_; }
 
+    // Where the reading goes on: after a fault the first byte of the name or attribute that has it.
+    const char *position() const { return position_; }
+
 private:
     bool refuse(TagFault fault) {
         fault_ = fault;

@@ -12,8 +12,10 @@
 // An element is made as late as possible: when the text shows whether it has children or a value.
 #pragma once
 
+#include "xmlp/base/diagnosis.h"
+#include "xmlp/base/entities.h"
 #include "xmlp/base/markup.h"
-#include "xmlp/base/report.h"
+#include "xmlp/tree/node_type.h"
 #include "xmlp/xmlp_internal.h"
 
 #include <string_view>
@@ -23,8 +25,9 @@ namespace velda::xmlp {
 template <class Storage>
 class BuildWalk {
 public:
-    BuildWalk(Storage &storage, XMLP_NODE *root)
-        : storage_(storage), root_(root), parent_(root), previous_(nullptr) {}
+    BuildWalk(Storage &storage, XMLP_NODE *root, Diagnosis &diagnosis)
+        : storage_(storage), root_(root), parent_(root), previous_(nullptr), diagnosis_(diagnosis) {
+    }
 
     // False when the body can't be built; what was linked so far hangs under the root.
     bool run(std::string_view body) {
@@ -53,7 +56,7 @@ private:
         switch (state_) {
         case State::inStartTag:
         case State::inEndTag:
-            return refuse();
+            return refuse(position);
         case State::afterStartTag:
             if (!addElement({})) {
                 return false;
@@ -68,6 +71,7 @@ private:
         }
         state_ = State::inStartTag;
         mark_ = position + 1;
+        startTag_ = position;
         return true;
     }
 
@@ -76,7 +80,7 @@ private:
         case State::idle:
         case State::inStartTag:
         case State::inEndTag:
-            return refuse();
+            return refuse(position);
         case State::afterStartTag:
             if (!addElement({mark_, static_cast<size_t>(position - mark_)})) {
                 return false;
@@ -85,7 +89,7 @@ private:
         case State::afterEmptyElement:
         case State::afterEndTag:
             if (parent_ == root_) {
-                return refuse();
+                return refuse(position);
             }
             previous_ = parent_;
             parent_ = parent_->parent;
@@ -124,7 +128,11 @@ private:
             return false;
         }
         previous_ = node;
-        return _setType(node, Storage::isStatic) == 0;
+        const XMLP_ERROR_CODE error = setType(*node, Storage::isStatic != 0);
+        if (error != XMLP_ERROR_NONE) {
+            XMLP_REFUSE(diagnosis_, "_setType", error, startTag_);
+        }
+        return error == XMLP_ERROR_NONE;
     }
 
     bool setValue(XMLP_NODE *node, std::string_view text) {
@@ -134,7 +142,7 @@ private:
         const auto length = static_cast<uint32_t>(text.size());
         const uint32_t size = xmlp_unTransStrLen(text.data(), length);
         if (size == 0) {
-            XMLP_REPORT_FOR(Storage::builder, "invalid value.");
+            XMLP_REFUSE(diagnosis_, Storage::builder, XMLP_ERROR_VALUE, findBadReference(text));
             return false;
         }
         char *value = storage_.newValue(size);
@@ -153,8 +161,8 @@ private:
                                     : xmlp_insNodeLast(node, parent_);
     }
 
-    bool refuse() {
-        XMLP_REPORT_FOR(Storage::builder, "error xml tag.");
+    bool refuse(const char *place) {
+        XMLP_REFUSE(diagnosis_, Storage::builder, XMLP_ERROR_TAG, place);
         return false;
     }
 
@@ -162,8 +170,10 @@ private:
     XMLP_NODE *root_;
     XMLP_NODE *parent_;
     XMLP_NODE *previous_;
-    const char *mark_ = nullptr; // the text of the tag, then the byte after its '>'
+    const char *mark_ = nullptr;     // the text of the tag, then the byte after its '>'
+    const char *startTag_ = nullptr; // of the element made next
     State state_ = State::idle;
+    Diagnosis &diagnosis_;
 };
 
 } // namespace velda::xmlp

@@ -4,10 +4,11 @@
 // instead of recursing. It still prints what a recursive check would: the function that finds the
 // fault prints its line, then every enclosing element adds one.
 
+#include "xmlp/steps/check.h"
+
 #include "xmlp/base/chars.h"
 #include "xmlp/base/markup.h"
 #include "xmlp/base/memory.h"
-#include "xmlp/base/report.h"
 #include "xmlp/parse/tag_reader.h"
 #include "xmlp/xmlp_internal.h"
 
@@ -82,16 +83,8 @@ EndTag matchEndTag(const char *name, const char *nameEnd, const char *startTag) 
     return isWhiteSpace(*startTag) ? EndTag::matchesWithAttributes : EndTag::differs;
 }
 
-} // namespace
-} // namespace velda::xmlp
-
-using namespace velda::xmlp;
-
-int _checkNameAttr(const char *tag, char endCharacter) {
-    if (tag == nullptr) {
-        XMLP_REPORT("buf is null.");
-        return -1;
-    }
+// Checks a tag whose text begins at `tag`.
+bool checkTag(const char *tag, char endCharacter, Diagnosis &diagnosis) {
     TagReader reader(tag, endCharacter);
     std::string_view name;
     TagAttribute attribute;
@@ -99,48 +92,47 @@ int _checkNameAttr(const char *tag, char endCharacter) {
         while (reader.readAttribute(attribute)) {
         }
     }
+    constexpr char function[] = "_checkNameAttr";
     switch (reader.fault()) {
     case TagFault::none:
-        return 0;
+        return true;
     case TagFault::name:
-        XMLP_REPORT("error xml tag name.");
-        return -1;
+        XMLP_REFUSE(diagnosis, function, XMLP_ERROR_NAME, reader.position());
+        break;
     case TagFault::attribute:
-        XMLP_REPORT("error xml attribute.");
-        return -1;
+        XMLP_REFUSE(diagnosis, function, XMLP_ERROR_ATTRIBUTE, reader.position());
+        break;
     case TagFault::cutAttribute:
-        XMLP_REPORT("error xml attributeibute.");
-        return -1;
+        XMLP_REFUSE(diagnosis, function, XMLP_ERROR_CUT_ATTRIBUTE, reader.position());
+        break;
     }
-    return -1;
+    return false;
 }
 
-const char *_subXml(const char *startTag, const char *position, const char *bodyEnd) {
-    if (startTag == nullptr || position == nullptr || bodyEnd == nullptr) {
-        XMLP_REPORT("invalid params.");
-        return nullptr;
-    }
+// Checks the content of an element up to its end tag, and gives the position after that.
+const char *checkContent(const char *startTag, const char *position, const char *bodyEnd,
+                         Diagnosis &diagnosis) {
     enum class State { content, childTag, endTag };
     State state = State::content;
     const char *tag = nullptr;
     OpenTags open(startTag, position);
 
-    const char *const function = __func__;
-    const auto passUp = [&open, function]() -> const char * {
+    static constexpr char function[] = "_subXml";
+    const auto passUp = [&open, &diagnosis, bodyEnd]() -> const char * {
         for (size_t level = open.enclosing(); level > 0; --level) {
-            XMLP_REPORT_FOR(function, "error xml tag.");
+            XMLP_REFUSE(diagnosis, function, XMLP_ERROR_TAG, bodyEnd);
         }
         return nullptr;
     };
-    const auto refuse = [&passUp, function](const char *message) {
-        XMLP_REPORT_FOR(function, "%s", message);
+    const auto refuse = [&passUp, &diagnosis](XMLP_ERROR_CODE code, const char *place) {
+        XMLP_REFUSE(diagnosis, function, code, place);
         return passUp();
     };
 
     while ((position = findMarkup(position, bodyEnd)) < bodyEnd) {
         if (*position == '<') {
             if (state != State::content) {
-                return refuse("error xml tag.");
+                return refuse(XMLP_ERROR_TAG, position);
             }
             state = State::childTag;
             tag = position + 1;
@@ -151,15 +143,18 @@ const char *_subXml(const char *startTag, const char *position, const char *body
                 }
             }
         } else if (state == State::content) {
-            return refuse("error xml tag.");
+            return refuse(XMLP_ERROR_TAG, position);
         } else if (position[-1] == '/') { // a '<' stands before it
-            if (state != State::childTag || _checkNameAttr(tag, '/') != 0) {
-                return refuse("error xml tag.");
+            if (state != State::childTag) {
+                return refuse(XMLP_ERROR_TAG, tag - 2);
+            }
+            if (!checkTag(tag, '/', diagnosis)) {
+                return refuse(XMLP_ERROR_TAG, tag - 1);
             }
             state = State::content;
         } else if (state == State::childTag) {
             if (!open.push(tag)) {
-                return refuse("malloc failed.");
+                return refuse(XMLP_ERROR_NO_MEMORY, nullptr);
             }
             state = State::content;
         } else {
@@ -167,11 +162,11 @@ const char *_subXml(const char *startTag, const char *position, const char *body
             case EndTag::matches:
                 break;
             case EndTag::differs:
-                return refuse("not same tag name.");
+                return refuse(XMLP_ERROR_END_TAG, tag - 2);
             case EndTag::badByte:
-                return refuse("valid tag name.");
+                return refuse(XMLP_ERROR_END_TAG_NAME, tag);
             case EndTag::matchesWithAttributes:
-                if (_checkNameAttr(open.innermost(), '>') != 0) {
+                if (!checkTag(open.innermost(), '>', diagnosis)) {
                     return passUp();
                 }
                 break;
@@ -184,7 +179,72 @@ const char *_subXml(const char *startTag, const char *position, const char *body
         }
         ++position;
     }
-    return refuse("error xml tag.");
+    return refuse(XMLP_ERROR_TAG, bodyEnd);
+}
+
+} // namespace
+
+bool checkBody(const char *bodyStart, const char *bodyEnd, Diagnosis &diagnosis) {
+    enum class State { nothing, startTag, complete };
+    State state = State::nothing;
+    const char *tag = nullptr;
+    const char *position = bodyStart;
+    static constexpr char function[] = "_checkXml";
+    const auto refuse = [&diagnosis](const char *place) {
+        XMLP_REFUSE(diagnosis, function, XMLP_ERROR_TAG, place);
+        return false;
+    };
+    while ((position = findMarkup(position, bodyEnd)) < bodyEnd) {
+        if (*position == '<') {
+            if (state != State::nothing || byteAfter(position, bodyEnd) == '/') {
+                return refuse(position);
+            }
+            state = State::startTag;
+            tag = ++position;
+            continue;
+        }
+        if (state != State::startTag) {
+            return refuse(position);
+        }
+        const char *next = position + 1;
+        if (position[-1] != '/') {
+            next = checkContent(tag, next, bodyEnd, diagnosis);
+        } else if (!checkTag(tag, '/', diagnosis)) {
+            next = nullptr;
+        }
+        if (next == nullptr) {
+            return refuse(bodyEnd);
+        }
+        state = State::complete;
+        position = next;
+    }
+    if (state == State::nothing) {
+        XMLP_REFUSE(diagnosis, function, XMLP_ERROR_NO_TAG, skipWhiteSpaceUpTo(bodyStart, bodyEnd));
+        return false;
+    }
+    return true;
+}
+
+} // namespace velda::xmlp
+
+using namespace velda::xmlp;
+
+int _checkNameAttr(const char *tag, char endCharacter) {
+    if (tag == nullptr) {
+        XMLP_REPORT("buf is null.");
+        return -1;
+    }
+    Diagnosis diagnosis;
+    return checkTag(tag, endCharacter, diagnosis) ? 0 : -1;
+}
+
+const char *_subXml(const char *startTag, const char *position, const char *bodyEnd) {
+    if (startTag == nullptr || position == nullptr || bodyEnd == nullptr) {
+        XMLP_REPORT("invalid params.");
+        return nullptr;
+    }
+    Diagnosis diagnosis;
+    return checkContent(startTag, position, bodyEnd, diagnosis);
 }
 
 int _checkXml(const char *bodyStart, const char *bodyEnd) {
@@ -192,38 +252,6 @@ int _checkXml(const char *bodyStart, const char *bodyEnd) {
         XMLP_REPORT("invalid params.");
         return -1;
     }
-    enum class State { nothing, startTag, complete };
-    State state = State::nothing;
-    const char *tag = nullptr;
-    const char *position = bodyStart;
-    while ((position = findMarkup(position, bodyEnd)) < bodyEnd) {
-        if (*position == '<') {
-            if (state != State::nothing || byteAfter(position, bodyEnd) == '/') {
-                XMLP_REPORT("error xml tag.");
-                return -1;
-            }
-            state = State::startTag;
-            tag = ++position;
-            continue;
-        }
-        const char *next = position + 1;
-        if (state == State::startTag) {
-            if (position[-1] != '/') {
-                next = _subXml(tag, next, bodyEnd);
-            } else if (_checkNameAttr(tag, '/') != 0) {
-                next = nullptr;
-            }
-        }
-        if (state != State::startTag || next == nullptr) {
-            XMLP_REPORT("error xml tag.");
-            return -1;
-        }
-        state = State::complete;
-        position = next;
-    }
-    if (state == State::nothing) {
-        XMLP_REPORT("no xml tag found.");
-        return -1;
-    }
-    return 0;
+    Diagnosis diagnosis;
+    return checkBody(bodyStart, bodyEnd, diagnosis) ? 0 : -1;
 }

@@ -17,6 +17,8 @@ public:
     static constexpr const char *builder = "_makeDtree";
     static constexpr uint32_t isStatic = 0;
 
+    explicit DynamicStorage(Diagnosis &diagnosis) : diagnosis_(diagnosis) {}
+
     XMLP_NODE *newNode() { return xmlp_initNode(); }
 
     bool readTag(const char *tag, char endCharacter) {
@@ -28,7 +30,7 @@ public:
     bool applyTag(XMLP_NODE *node) {
         char *name = nullptr;
         XMLP_ATTR *attrs = nullptr;
-        const bool isRead = readDynamicTag(tag_, endCharacter_, name, attrs);
+        const bool isRead = readDynamicTag(tag_, endCharacter_, name, attrs, diagnosis_);
         node->name = name;
         node->attrList = attrs;
         return isRead;
@@ -39,16 +41,17 @@ public:
     void drop(XMLP_NODE *node) { xmlp_delNode(node); }
 
 private:
+    Diagnosis &diagnosis_;
     const char *tag_ = nullptr;
     char endCharacter_ = '>';
 };
 
 } // namespace
 
-XMLP_NODE *buildDynamicTree(std::string_view body) {
+XMLP_NODE *buildDynamicTree(std::string_view body, Diagnosis &diagnosis) {
     OwnedTree root(xmlp_initNode());
-    DynamicStorage storage;
-    if (root == nullptr || !BuildWalk(storage, root.get()).run(body)) {
+    DynamicStorage storage(diagnosis);
+    if (root == nullptr || !BuildWalk(storage, root.get(), diagnosis).run(body)) {
         return nullptr;
     }
     return root.release();
@@ -61,5 +64,6 @@ XMLP_NODE *_makeDtree(const char *body, uint32_t bodyLen) {
         XMLP_REPORT("invalid params.");
         return nullptr;
     }
-    return velda::xmlp::buildDynamicTree({body, bodyLen});
+    velda::xmlp::Diagnosis diagnosis;
+    return velda::xmlp::buildDynamicTree({body, bodyLen}, diagnosis);
 }

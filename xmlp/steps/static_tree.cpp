@@ -1,4 +1,4 @@
-// Static trees by the plain road: a counting pass sizes the block exactly, and the build walk fills it.
+// Static trees step by step: a counting pass sizes the block exactly, and the build walk fills it.
 
 #include "xmlp/steps/static_tree.h"
 
@@ -82,8 +82,9 @@ public:
     static constexpr uint32_t isStatic = 1;
 
     StaticStorage(Names &names, const Counts &counts, char *values, XMLP_ATTR *attrs,
-                  XMLP_NODE *nodes)
-        : names_(names), left_(counts), values_(values), attrs_(attrs), nodes_(nodes) {}
+                  XMLP_NODE *nodes, Diagnosis &diagnosis)
+        : names_(names), left_(counts), values_(values), attrs_(attrs), nodes_(nodes),
+          diagnosis_(diagnosis) {}
 
     XMLP_NODE *newNode() {
         if (left_.elements == 0) {
@@ -95,8 +96,8 @@ public:
     }
 
     bool readTag(const char *tag, char endCharacter) {
-        const auto count =
-            readStaticTag(tag, endCharacter, names_, tagName_, attrs_, left_.attributes);
+        const auto count = readStaticTag(tag, endCharacter, names_, tagName_, attrs_,
+                                         left_.attributes, diagnosis_);
         tagAttributes_ = count.value_or(0);
         return count.has_value();
     }
@@ -127,6 +128,7 @@ private:
     char *values_;
     XMLP_ATTR *attrs_;
     XMLP_NODE *nodes_;
+    Diagnosis &diagnosis_;
     char *tagName_ = nullptr;
     size_t tagAttributes_ = 0;
 };
@@ -134,14 +136,15 @@ private:
 // The document node takes the first record, the elements the `counts.elements` behind it.
 template <class Names>
 XMLP_NODE *build(std::string_view body, Names &names, const Counts &counts, char *values,
-                 XMLP_ATTR *attrs, XMLP_NODE *nodes) {
+                 XMLP_ATTR *attrs, XMLP_NODE *nodes, Diagnosis &diagnosis) {
     *nodes = XMLP_NODE{};
-    StaticStorage<Names> storage(names, counts, values, attrs, nodes + 1);
-    return BuildWalk(storage, nodes).run(body) ? nodes : nullptr;
+    StaticStorage<Names> storage(names, counts, values, attrs, nodes + 1, diagnosis);
+    return BuildWalk(storage, nodes, diagnosis).run(body) ? nodes : nullptr;
 }
 
-void reportNoMemory() {
-    XMLP_REPORT_FOR("xmlp_parse", "malloc failed.");
+XMLP_NODE *refuseMemory(Diagnosis &diagnosis) {
+    XMLP_REFUSE(diagnosis, "xmlp_parse", XMLP_ERROR_NO_MEMORY, nullptr);
+    return nullptr;
 }
 
 // Does the table end here?
@@ -152,11 +155,10 @@ bool isFree(const char *place) {
 
 } // namespace
 
-XMLP_NODE *buildStaticTree(std::string_view body) {
+XMLP_NODE *buildStaticTree(std::string_view body, Diagnosis &diagnosis) {
     StringTable table;
     if (!table.reserve(initialStringTableSize)) {
-        reportNoMemory();
-        return nullptr;
+        return refuseMemory(diagnosis);
     }
     const auto counts = countBody(body, [&table](const char *tag, char endCharacter) {
         return internTag(tag, endCharacter,
@@ -164,12 +166,12 @@ XMLP_NODE *buildStaticTree(std::string_view body) {
     });
     StaticBlock block;
     if (!counts || !block.obtain(table, *counts)) {
-        reportNoMemory();
-        return nullptr;
+        return refuseMemory(diagnosis);
     }
     table.dropBytes();
     IndexedNames names(table, block.names());
-    XMLP_NODE *root = build(body, names, *counts, block.values(), block.attrs(), block.nodes());
+    XMLP_NODE *root =
+        build(body, names, *counts, block.values(), block.attrs(), block.nodes(), diagnosis);
     if (root != nullptr) {
         block.release();
     }
@@ -221,5 +223,6 @@ XMLP_NODE *_makeStree(const char *body, uint32_t bodyLen, char *names, char *val
         counts->attributes = 0;
     }
     SearchedNames searched(names);
-    return build(text, searched, *counts, values, attrs, nodes);
+    Diagnosis diagnosis;
+    return build(text, searched, *counts, values, attrs, nodes, diagnosis);
 }

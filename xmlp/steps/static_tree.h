@@ -1,6 +1,6 @@
 #pragma once
 
-#include "xmlp/xmlp.h"
+#include "xmlp/base/diagnosis.h"
 
 #include <string_view>
 
@@ -8,6 +8,6 @@ namespace velda::xmlp {
 
 // Builds the static tree of a body that passed the check. Null, with nothing allocated, when it can't
 // be built.
-XMLP_NODE *buildStaticTree(std::string_view body);
+XMLP_NODE *buildStaticTree(std::string_view body, Diagnosis &diagnosis);
 
 } // namespace velda::xmlp

@@ -8,8 +8,6 @@
 namespace velda::xmlp {
 namespace {
 
-constexpr char readerName[] = "_getNameAttr";
-
 struct FreeAttrs {
     void operator()(XMLP_ATTR *attrs) const { xmlp_freeAttrList(attrs); }
 };
@@ -51,11 +49,8 @@ XMLP_ATTR *newAttr(const TagAttribute &attribute) {
     return attr.release();
 }
 
-void reportRepeatedAttr() {
-    XMLP_REPORT_FOR(readerName, "attr name existed.");
-}
-
-bool readDynamicTag(const char *tag, char endCharacter, char *&name, XMLP_ATTR *&attrs) {
+bool readDynamicTag(const char *tag, char endCharacter, char *&name, XMLP_ATTR *&attrs,
+                    Diagnosis &diagnosis) {
     TagReader reader(tag, endCharacter);
     std::string_view text;
     if (!reader.readName(text)) {
@@ -63,7 +58,7 @@ bool readDynamicTag(const char *tag, char endCharacter, char *&name, XMLP_ATTR *
     }
     auto nameCopy = newText(text);
     if (nameCopy == nullptr) {
-        XMLP_REPORT_FOR(readerName, "malloc failed.");
+        XMLP_REFUSE(diagnosis, tagReaderName, XMLP_ERROR_NO_MEMORY, nullptr);
         return false;
     }
     std::unique_ptr<XMLP_ATTR, FreeAttrs> list;
@@ -72,12 +67,13 @@ bool readDynamicTag(const char *tag, char endCharacter, char *&name, XMLP_ATTR *
     for (TagAttribute attribute; reader.readAttribute(attribute);) {
         const AttrNames::Result added = names.add(attribute.name);
         if (added == AttrNames::Result::isRepeated) {
-            reportRepeatedAttr();
+            XMLP_REFUSE(diagnosis, tagReaderName, XMLP_ERROR_REPEATED_ATTRIBUTE,
+                        attribute.name.data());
             return false;
         }
         XMLP_ATTR *attr = added == AttrNames::Result::isNew ? newAttr(attribute) : nullptr;
         if (attr == nullptr) {
-            XMLP_REPORT_FOR(readerName, "malloc failed.");
+            XMLP_REFUSE(diagnosis, tagReaderName, XMLP_ERROR_NO_MEMORY, nullptr);
             return false;
         }
         if (last == nullptr) {
@@ -106,12 +102,13 @@ int _getNameAttr(const char *tag, char endCharacter, char **name, XMLP_ATTR **at
         XMLP_REPORT("invalid params.");
         return -1;
     }
+    Diagnosis diagnosis;
     if (isStatic == 0) {
         *name = nullptr;
         *attrs = nullptr;
-        return readDynamicTag(tag, endCharacter, *name, *attrs) ? 0 : -1;
+        return readDynamicTag(tag, endCharacter, *name, *attrs, diagnosis) ? 0 : -1;
     }
     SearchedNames names(nameTable);
     const size_t capacity = *attrs == nullptr ? 0 : SIZE_MAX;
-    return readStaticTag(tag, endCharacter, names, *name, *attrs, capacity) ? 0 : -1;
+    return readStaticTag(tag, endCharacter, names, *name, *attrs, capacity, diagnosis) ? 0 : -1;
 }

@@ -1,6 +1,7 @@
 // From the text of a tag to its name and attribute records.
 #pragma once
 
+#include "xmlp/base/diagnosis.h"
 #include "xmlp/base/string_table.h"
 #include "xmlp/parse/tag_reader.h"
 #include "xmlp/xmlp_internal.h"
@@ -38,7 +39,8 @@ private:
     uint32_t tagNumber_ = 0;
 };
 
-void reportRepeatedAttr();
+// In whose name tags are refused.
+inline constexpr char tagReaderName[] = "_getNameAttr";
 
 // Parts of a dynamic tree; null when memory runs out.
 Owned<char> newText(std::string_view text); // with a NUL behind it
@@ -49,7 +51,7 @@ XMLP_ATTR *newAttr(const TagAttribute &attribute);
 // attributes, or nothing when the tag can't be read.
 template <class Names>
 std::optional<size_t> readStaticTag(const char *tag, char endCharacter, Names &names, char *&name,
-                                    XMLP_ATTR *attrs, size_t capacity) {
+                                    XMLP_ATTR *attrs, size_t capacity, Diagnosis &diagnosis) {
     TagReader reader(tag, endCharacter);
     std::string_view text;
     if (!reader.readName(text)) {
@@ -64,7 +66,8 @@ std::optional<size_t> readStaticTag(const char *tag, char endCharacter, Names &n
         }
         char *attrName = names.findNew(attribute.name, count == 0 ? nullptr : attrs);
         if (attrName == nullptr) {
-            reportRepeatedAttr();
+            XMLP_REFUSE(diagnosis, tagReaderName, XMLP_ERROR_REPEATED_ATTRIBUTE,
+                        attribute.name.data());
             return std::nullopt;
         }
         char *value = attribute.value.empty() ? nullptr : names.find(attribute.value);
@@ -81,6 +84,7 @@ std::optional<size_t> readStaticTag(const char *tag, char endCharacter, Names &n
 
 // Reads a tag into a copy of its name and a list of its attributes. False, with nothing allocated,
 // when the tag can't be read.
-bool readDynamicTag(const char *tag, char endCharacter, char *&name, XMLP_ATTR *&attrs);
+bool readDynamicTag(const char *tag, char endCharacter, char *&name, XMLP_ATTR *&attrs,
+                    Diagnosis &diagnosis);
 
 } // namespace velda::xmlp
