@@ -162,8 +162,9 @@ TEST_F(Outputs, AreWrittenToFilesAsPrinted) {
     FILE *full = std::fopen("/dev/full", "w");
     const std::string path = folder_.path("written");
     for (const auto &[write, dump] : cases) {
+        const auto writeTo = write; // which a lambda can take
         FILE *file = std::fopen(path.c_str(), "w");
-        EXPECT_EQ(outputOf([&] { EXPECT_EQ(write(file), 0); }), "");
+        EXPECT_EQ(outputOf([&] { EXPECT_EQ(writeTo(file), 0); }), "");
         EXPECT_EQ(readFile(path), dump != nullptr ? outputOf(dump) : readData("database.json"))
             << "flushed before the file is closed";
         std::fclose(file);
