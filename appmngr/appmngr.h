@@ -7,7 +7,9 @@
  *
  *     appmngr_checkDbPath("db.img")  ->  appmngr_load_database()  ->  appmngr_saveIdAndName("list")
  *
- * It is not reentrant and belongs to one thread, for which 32 KiB of stack are enough. Calls that
+ * Images and documents that are in memory already are loaded by appmngr_loadImage and appmngr_loadText.
+ * It is not reentrant and belongs to one thread, for which 32 KiB of stack are enough; a database taken
+ * out of it, APPMNGR_DATABASE, can be read by any. Calls that
  * return int give 0 when they are done and -1 when they fail unless told otherwise. Failures are told
  * on standard output, one line at each function that hands them up:
  * "[Error](function) number: message".
@@ -19,6 +21,7 @@
 #include "../xmlp/xmlp.h"
 
 #include <stdint.h>
+#include <stdio.h>
 
 /* Shared libraries show what stands here and nothing else. */
 #pragma GCC visibility push(default)
@@ -162,6 +165,18 @@ int appmngr_checkDbPath(const char *path);
  * On failure nothing is left allocated but what the next reset frees. */
 int appmngr_load_database(void);
 
+/* The same without a file, with the results and reports of appmngr_load_database; the path that is
+ * remembered stays as it was. The bytes are needed during the call alone. A null pointer, of any size,
+ * is reported as "Invalid param!" and gives -1, and the model stays as it was; a size of 0 is an empty
+ * file or text. */
+
+/* From the bytes of an image: the first 64 KiB count, and what is missing of them counts as zeros. */
+int appmngr_loadImage(const void *image, uint32_t size);
+
+/* From the text that an image would carry, of at most APPMNGR_DB_XML_SIZE - 1 bytes. It needs no
+ * terminator, and ends at its first zero byte if it has one. */
+int appmngr_loadText(const char *text, uint32_t size);
+
 /* Frees the model and sets all counts to 0. Always 0. Prints a notice when DNS keywords were held.
  */
 int appmngr_dbReInit(void);
@@ -178,6 +193,31 @@ const APPMNGR_APPDNS *appmngr_getAppDns(void);
  * Null when there are none. */
 const APPMNGR_APP *appmngr_getApps(uint32_t *count);
 
+/* ---- A database as a value ------------------------------------------------------------------- */
+
+/* A database that belongs to whoever holds it. Any number of them can be held, while the module loads
+ * others, and any number of threads can read one, since nothing changes it. */
+typedef struct APPMNGR_DATABASE APPMNGR_DATABASE;
+
+/* Hands over what the last load has filled, to be freed with appmngr_freeDatabase. The module is then
+ * as after a reset, of which nothing is reported. Null when nothing is loaded; also without memory,
+ * reported as "malloc memory faild.", and the module keeps the model then. It is not for visitors and
+ * whoever else is called during a load. */
+APPMNGR_DATABASE *appmngr_takeDatabase(void);
+
+/* Frees a database with all of its records. Null is no database and allowed. */
+void appmngr_freeDatabase(APPMNGR_DATABASE *database);
+
+/* As appmngr_getAppDb, appmngr_getAppDns and appmngr_getApps, of this database, which must not be
+ * null. What they give is good until it is freed. */
+const APPMNGR_APPDB *appmngr_databaseGetAppDb(const APPMNGR_DATABASE *database);
+const APPMNGR_APPDNS *appmngr_databaseGetAppDns(const APPMNGR_DATABASE *database);
+const APPMNGR_APP *appmngr_databaseGetApps(const APPMNGR_DATABASE *database, uint32_t *count);
+
+/* The first application or type of this database that has the identifier, or null. */
+const APPMNGR_APP *appmngr_databaseGetAppById(const APPMNGR_DATABASE *database, int32_t id);
+const APPMNGR_APPTYPE *appmngr_databaseGetAppTypeById(const APPMNGR_DATABASE *database, int32_t id);
+
 /* ---- Writing --------------------------------------------------------------------------------- */
 
 /* Replaces the file at `path` by the list of applications: the version of the database, then a line
@@ -185,11 +225,14 @@ const APPMNGR_APP *appmngr_getApps(uint32_t *count);
  * "close %s error!" with the path. */
 int appmngr_saveIdAndName(const char *path);
 
-/* Writes the rules to "database.json" in the current folder, which is replaced:
- * {"dpi_rules":[...]}, an object for each record. Addresses are the 32 bits as they lie in memory,
- * as a signed number; texts are not escaped. Says so on standard output, whether all could be
- * written or not. When the file can't be made, perror tells "open database.json failed!" and the
- * process ends with 255. */
+/* Writes the rules as JSON and flushes the file: {"dpi_rules":[...]}, an object for each record.
+ * Addresses are the 32 bits as they lie in memory, as a signed number; texts are not escaped. -1 when
+ * `file` is null or not all could be written. */
+int appmngr_writeRulesJson(FILE *file);
+
+/* Kept for compatibility: use appmngr_writeRulesJson. Writes the same to "database.json" in the current
+ * folder, which is replaced, and says so on standard output, whether all could be written or not. When
+ * the file can't be made, perror tells "open database.json failed!" and the process ends with 255. */
 int appmngr_createJsonDb(void);
 
 /* Writes the module's stamp, "number#YYYY-MM-DD hh:mm:ss", to `dst` (APPMNGR_STAMP_SIZE bytes hold
@@ -198,14 +241,23 @@ int appmngr_getStampStr(char *dst);
 
 /* ---- The database on the console ------------------------------------------------------------- */
 
-/* Print on standard output and change nothing. Without a database they print headings alone. */
+/* For people to read; they change nothing. Without a database there are headings alone. */
 
-int appmngr_showAppDbXml(void);       /* the text of the database, during a load; 0 */
-int appmngr_showAppDescXml(void);     /* the text of a description document; 0 */
-int appmngr_dumpAppRules(int32_t id); /* the header and the rules of one application; 0 */
-int appmngr_dumpAppDb(void);          /* the header with its counts and all rules; 0 */
-int appmngr_dumpAppList(void);        /* all applications; the last line's puts */
-int appmngr_dumpAppTypeList(void);    /* all types with their members; the last line's puts */
+/* Write to a file, such as stdout, and flush it. -1 when `file` is null or not all could be written. */
+int appmngr_writeAppRules(FILE *file, int32_t id); /* the header and the rules of one application */
+int appmngr_writeAppDb(FILE *file);                /* the header with its counts and all rules */
+int appmngr_writeAppList(FILE *file);              /* all applications */
+int appmngr_writeAppTypeList(FILE *file);          /* all types with their members */
+
+/* Kept for compatibility: the same on standard output, whether all could be written or not. */
+int appmngr_dumpAppRules(int32_t id); /* 0 */
+int appmngr_dumpAppDb(void);          /* 0 */
+int appmngr_dumpAppList(void);        /* what puts gave for the last line */
+int appmngr_dumpAppTypeList(void);    /* the same */
+
+/* The documents of a load, on standard output; 0. Their texts are there during a load alone. */
+int appmngr_showAppDbXml(void);
+int appmngr_showAppDescXml(void);
 
 /* ---- The encrypted container ----------------------------------------------------------------- */
 
@@ -217,8 +269,18 @@ typedef struct {
 } APPMNGR_CONTAINER;
 
 /* Deciphers the `srcLen` bytes of a container into `dst`, whose capacity is *dstLen, and checks the
- * digest. `dst` needs 8 bytes more than the container. 1, with the header and the data in `dst` and
- * their length in *dstLen. Else, with a line but for -4:
+ * digest. `dst` needs 8 bytes more than the container. Nothing is reported. When it fails *dstLen stays
+ * as it was, and `dst` holds nothing of use.
+ *   0      APPMNGR_SUCCESS, with the header and the data in `dst` and their length in *dstLen
+ *   -8999  APPMNGR_ERR_INVALID_ARG: an argument is null
+ *   -8992  APPMNGR_ERR_SIZE_SMALL: the capacity is too small
+ *   -8980  APPMNGR_ERR_FILE_INVALID_LEN: the container is shorter than any is, or than its length field
+ *          tells
+ *   -8979  APPMNGR_ERR_FILE_CHECK: the digest does not match */
+int32_t appmngr_db_openContainer(void *dst, uint32_t *dstLen, const void *src, uint32_t srcLen);
+
+/* Kept for compatibility: use appmngr_db_openContainer. Does the same. 1 when it is done. Else, with a
+ * line but for -4:
  *   -1  an argument is null: "Invalid param!"
  *   -2  a container of 16 bytes or less, or a capacity that is not larger than it: "invalid length:
  *       srcLen = [%d] *pDstlen = [%d]"; a length field that reaches beyond what was deciphered:

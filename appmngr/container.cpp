@@ -46,41 +46,97 @@ bool reaches(uint32_t deciphered, uint32_t dataLength) {
     return uint64_t{digestSize} + headerSize + dataLength <= deciphered;
 }
 
-} // namespace
+enum class Opened { done, withoutArgument, tooShort, noRoom, nothing, cutShort, wrongDigest };
 
-int32_t appmngr_decrypt(void *dst, uint32_t *dstLen, const void *src, uint32_t srcLen) {
+struct Opening {
+    Opened outcome;
+    uint32_t deciphered; // bytes, digest included
+    uint32_t dataLength; // as the header tells, once that much is deciphered
+};
+
+// Puts header and data at the beginning of `dst` and their length in *dstLen. For a wrong digest the
+// length is set too, and `dst` has that digest before them.
+Opening openContainer(void *dst, uint32_t *dstLen, const void *src, uint32_t srcLen) {
     if (src == nullptr || dst == nullptr || dstLen == nullptr) {
-        appmngr_report(__func__, 2647, "Invalid param!\n");
-        return -1;
+        return {Opened::withoutArgument, 0, 0};
     }
     const uint32_t capacity = *dstLen;
-    if (srcLen <= digestSize || capacity <= srcLen) {
-        appmngr_report(__func__, 2654, "invalid length: srcLen = [%d] *pDstlen = [%d]\n",
-                       static_cast<int>(srcLen), static_cast<int>(capacity));
-        return -2;
+    if (srcLen <= digestSize) {
+        return {Opened::tooShort, 0, 0};
+    }
+    if (capacity <= srcLen) {
+        return {Opened::noRoom, 0, 0};
     }
     auto *text = static_cast<uint8_t *>(dst);
     std::memset(text, 0, capacity);
     const auto deciphered = static_cast<uint32_t>(quelm_des_min_do(
         src, static_cast<int32_t>(srcLen), text, static_cast<int32_t>(capacity), containerKey, 0));
     if (deciphered <= digestSize) {
-        appmngr_report(__func__, 2676, "quelm_des_min_do failed: length = [%d]\n",
-                       static_cast<int>(deciphered));
-        return -3;
+        return {Opened::nothing, deciphered, 0};
     }
     const uint32_t dataLength = loadBigEndian(text + digestSize);
     if (!reaches(deciphered, dataLength)) {
-        appmngr_report(__func__, 2684, "length field [%u] exceeds the [%u] bytes deciphered\n",
-                       dataLength, deciphered);
-        return -2;
+        return {Opened::cutShort, deciphered, dataLength};
     }
     const uint32_t sealedSize = headerSize + dataLength;
     *dstLen = sealedSize;
     if (quelm_md5_check(text, text + digestSize, static_cast<int32_t>(sealedSize)) == 0) {
-        return -4;
+        return {Opened::wrongDigest, deciphered, dataLength};
     }
     std::memmove(text, text + digestSize, sealedSize);
-    return 1;
+    return {Opened::done, deciphered, dataLength};
+}
+
+} // namespace
+
+int32_t appmngr_decrypt(void *dst, uint32_t *dstLen, const void *src, uint32_t srcLen) {
+    const Opening opening = openContainer(dst, dstLen, src, srcLen);
+    switch (opening.outcome) {
+    case Opened::done:
+        return 1;
+    case Opened::withoutArgument:
+        appmngr_report(__func__, 2647, "Invalid param!\n");
+        return -1;
+    case Opened::tooShort:
+    case Opened::noRoom:
+        appmngr_report(__func__, 2654, "invalid length: srcLen = [%d] *pDstlen = [%d]\n",
+                       static_cast<int>(srcLen), static_cast<int>(*dstLen));
+        return -2;
+    case Opened::nothing:
+        appmngr_report(__func__, 2676, "quelm_des_min_do failed: length = [%d]\n",
+                       static_cast<int>(opening.deciphered));
+        return -3;
+    case Opened::cutShort:
+        appmngr_report(__func__, 2684, "length field [%u] exceeds the [%u] bytes deciphered\n",
+                       opening.dataLength, opening.deciphered);
+        return -2;
+    case Opened::wrongDigest:
+        break;
+    }
+    return -4;
+}
+
+int32_t appmngr_db_openContainer(void *dst, uint32_t *dstLen, const void *src, uint32_t srcLen) {
+    uint32_t length = dstLen != nullptr ? *dstLen : 0;
+    // What the cipher asks for. It refuses less room as it refuses too short a text.
+    const bool isRoomy = uint64_t{length} >= uint64_t{srcLen} + QUELM_DES_BLOCK_SIZE;
+    switch (openContainer(dst, dstLen != nullptr ? &length : nullptr, src, srcLen).outcome) {
+    case Opened::done:
+        *dstLen = length;
+        return APPMNGR_SUCCESS;
+    case Opened::withoutArgument:
+        return APPMNGR_ERR_INVALID_ARG;
+    case Opened::noRoom:
+        return APPMNGR_ERR_SIZE_SMALL;
+    case Opened::nothing:
+        return isRoomy ? APPMNGR_ERR_FILE_INVALID_LEN : APPMNGR_ERR_SIZE_SMALL;
+    case Opened::tooShort:
+    case Opened::cutShort:
+        return APPMNGR_ERR_FILE_INVALID_LEN;
+    case Opened::wrongDigest:
+        break;
+    }
+    return APPMNGR_ERR_FILE_CHECK;
 }
 
 int appmngr_db_checkVersion(const char *versionText, char *versionOut) {

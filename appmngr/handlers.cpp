@@ -3,7 +3,7 @@
 // Containers walk their children and pass them the context word; leaves write into the record under
 // the current cursor; cursors advance when a container ends. So the order of the document matters.
 
-#include "appmngr/applications.h"
+#include "appmngr/records.h"
 #include "appmngr/walk.h"
 
 #include <algorithm>
@@ -124,39 +124,39 @@ bool enterRule(const XMLP_NODE *node, void *, Descent &descent) {
     return whereCounted(node);
 }
 
-struct Container {
-    int (*handler)(XMLP_NODE *node, void *param);
-    Enter enter;
-};
+// Picked by the function itself: whether two addresses of functions are the same is no constant to
+// every compiler, and with -fsanitize=undefined to none of g++.
+template <int (*handler)(XMLP_NODE *node, void *param)>
+constexpr Enter enterBy = nullptr;
+template <>
+constexpr Enter enterBy<_appmngr_xmlnode_handler_pass> = enterPass;
+template <>
+constexpr Enter enterBy<_appmngr_xmlnode_handler_rule> = enterRule;
+template <>
+constexpr Enter enterBy<_appmngr_xmlnode_handler_app> = enterApp;
+template <>
+constexpr Enter enterBy<_appmngr_xmlnode_handler_ori> = enterDirection<0>;
+template <>
+constexpr Enter enterBy<_appmngr_xmlnode_handler_rep> = enterDirection<1>;
+template <>
+constexpr Enter enterBy<_appmngr_xmlnode_handler_appType> = enterAppType;
+template <>
+constexpr Enter enterBy<_appmngr_xmlnode_handler_appList> = enterList<0>;
+template <>
+constexpr Enter enterBy<_appmngr_xmlnode_handler_appTypeList> = enterList<1>;
 
-constexpr Container containers[] = {
-    {_appmngr_xmlnode_handler_pass, enterPass},
-    {_appmngr_xmlnode_handler_rule, enterRule},
-    {_appmngr_xmlnode_handler_app, enterApp},
-    {_appmngr_xmlnode_handler_ori, enterDirection<0>},
-    {_appmngr_xmlnode_handler_rep, enterDirection<1>},
-    {_appmngr_xmlnode_handler_appType, enterAppType},
-    {_appmngr_xmlnode_handler_appList, enterList<0>},
-    {_appmngr_xmlnode_handler_appTypeList, enterList<1>},
-};
-
-constexpr Enter findEnter(int (*handler)(XMLP_NODE *node, void *param)) {
-    for (const Container &container : containers) {
-        if (container.handler == handler) {
-            return container.enter;
-        }
-    }
-    return nullptr;
-}
-
-#define ENTER_OF_ROW(name, handler, place, parent) findEnter(_appmngr_xmlnode_handler_##handler),
+#define ENTER_OF_ROW(name, handler, place, parent) enterBy<_appmngr_xmlnode_handler_##handler>,
 constexpr Enter entersOfRows[] = {DATABASE_ELEMENTS(ENTER_OF_ROW) nullptr};
 #undef ENTER_OF_ROW
 
 } // namespace
 
 Enter velda::appmngr::enterOf(int (*handler)(XMLP_NODE *node, void *param)) {
-    return findEnter(handler);
+    const auto *row = g_appmngr_nodeHandlers;
+    while (row->handler != nullptr && row->handler != handler) {
+        ++row;
+    }
+    return entersOfRows[row - g_appmngr_nodeHandlers];
 }
 
 Enter velda::appmngr::enterOf(Element element) {

@@ -1,6 +1,6 @@
 // The tool's result: the version of the database and one line for each application.
 
-#include "appmngr/applications.h"
+#include "appmngr/records.h"
 
 #include <algorithm>
 #include <charconv>

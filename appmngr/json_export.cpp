@@ -1,6 +1,7 @@
-// The rules as a JSON document in the current folder.
+// The rules as a JSON document.
 
 #include "appmngr/appmngr_internal.h"
+#include "appmngr/written.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -39,7 +40,20 @@ void writeRule(FILE *file, const APPMNGR_RULE &rule) {
     std::fputs("}\n}\n}", file);
 }
 
+void writeDocument(FILE *file) {
+    std::fputs("{\n\"dpi_rules\":[\n", file);
+    for (uint32_t i = 0; i < g_appmngr_appDb.ruleCount; ++i) {
+        writeRule(file, g_appmngr_appDb.rule[i]);
+        std::fputs(i + 1 == g_appmngr_appDb.ruleCount ? "\n" : ",\n", file);
+    }
+    std::fputs("]\n}\n", file);
+}
+
 } // namespace
+
+int appmngr_writeRulesJson(FILE *file) {
+    return velda::appmngr::written(file, writeDocument);
+}
 
 int appmngr_createJsonDb(void) {
     FILE *file = std::fopen("database.json", "w");
@@ -47,12 +61,7 @@ int appmngr_createJsonDb(void) {
         appmngr_systemError("open database.json failed!\n");
         std::exit(-1);
     }
-    std::fputs("{\n\"dpi_rules\":[\n", file);
-    for (uint32_t i = 0; i < g_appmngr_appDb.ruleCount; ++i) {
-        writeRule(file, g_appmngr_appDb.rule[i]);
-        std::fputs(i + 1 == g_appmngr_appDb.ruleCount ? "\n" : ",\n", file);
-    }
-    std::fputs("]\n}\n", file);
+    writeDocument(file);
     std::fclose(file);
     return std::puts("Create JSON-Format database success!");
 }

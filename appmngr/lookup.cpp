@@ -1,19 +1,8 @@
 // Handing out the model, and finding records in it by identifier.
 
-#include "appmngr/applications.h"
+#include "appmngr/records.h"
 
-#include <algorithm>
-
-namespace {
-
-template <class Record>
-Record *findById(std::span<Record> records, int32_t id) {
-    const auto found = std::find_if(records.begin(), records.end(),
-                                    [id](const Record &record) { return record.id == id; });
-    return found == records.end() ? nullptr : &*found;
-}
-
-} // namespace
+using velda::appmngr::findById;
 
 APPMNGR_APPTYPE *_appmngr_getAppTypeBydId(int32_t id) {
     return findById(std::span(g_appmngr_appDb.appType, g_appmngr_appDb.appTypeCount), id);

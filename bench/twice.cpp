@@ -12,7 +12,6 @@
 #include "bench/table.h"
 
 #include "appmngr/appmngr.h"
-#include "tools/image_text.h"
 #include "xmlp/xmlp.h"
 
 #include <fcntl.h>
@@ -218,53 +217,18 @@ Work editing(const Edit &edit, size_t size) {
 
 constexpr size_t imageTextSize = 204'799; // the most that an image carries
 
-class Images {
-public:
-    Images() : folder_(std::filesystem::temp_directory_path() / "velda-bench-twice") {
-        std::filesystem::create_directories(folder_);
-    }
-    ~Images() { std::filesystem::remove_all(folder_); }
-    Images(const Images &) = delete;
-    Images &operator=(const Images &) = delete;
-
-    // The path of an image of a text; empty when there is none.
-    std::string pack(const std::string &name, const std::string &text) {
-        const std::string path = folder_ / (name + ".img");
-        Input document;
-        document.name = name;
-        document.bytes = text;
-        const auto image = encodeImage(document);
-        if (image) {
-            std::ofstream(path, std::ios::binary) << *image;
-        }
-        return image ? path : "";
-    }
-
-private:
-    std::filesystem::path folder_;
-};
-
 void printLoads(const char *samplePath, int rounds) {
-    Images images;
     std::ifstream file(samplePath, std::ios::binary);
-    const std::string sample(std::istreambuf_iterator<char>(file), {});
     std::vector<std::string> names = {"the full sample"};
-    std::vector<std::string> paths = {images.pack("sample", sample)};
+    std::vector<std::string> texts = {std::string(std::istreambuf_iterator<char>(file), {})};
     for (const Shape &shape : allShapes()) {
-        const std::string path =
-            images.pack(std::to_string(names.size()), shape.make(imageTextSize));
-        if (!path.empty()) {
-            names.push_back(shape.name);
-            paths.push_back(path);
-        }
+        names.push_back(shape.name);
+        texts.push_back(shape.make(imageTextSize));
     }
     std::vector<Work> loads;
-    for (const std::string &path : paths) {
-        loads.push_back({{}, [&path] {
-                             if (appmngr_checkDbPath(path.c_str()) == 0) {
-                                 appmngr_load_database();
-                             }
-                         }});
+    for (const std::string &text : texts) {
+        loads.push_back(
+            {{}, [&text] { appmngr_loadText(text.data(), static_cast<uint32_t>(text.size())); }});
     }
     measure(loads, rounds);
     Table table("Loads of 204,799 bytes, the full sample = 1");

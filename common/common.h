@@ -7,6 +7,7 @@
 #define VELDA_COMMON_COMMON_H
 
 #include <stdint.h>
+#include <stdio.h>
 
 /* Shared libraries show what stands here and nothing else. */
 #pragma GCC visibility push(default)
@@ -71,6 +72,20 @@ typedef void (*APPMNGR_REPORT)(const char *text, void *context);
  * dump, is no report and stays on standard output. */
 void appmngr_setReport(APPMNGR_REPORT report, void *context);
 
+/* The parts of a report, good until the function that takes it returns. */
+typedef struct {
+    const char *function; /* the one that reports; null for a notice or a reason of the system's */
+    int number;           /* of the place in it that reports; 0 without function */
+    const char *message;  /* what it has to say, without line end */
+    const char *text;     /* all of that, as an APPMNGR_REPORT gets it */
+} APPMNGR_REPORT_RECORD;
+
+typedef void (*APPMNGR_REPORT_CALLBACK)(const APPMNGR_REPORT_RECORD *record, void *context);
+
+/* The same in parts. There is one taker of reports: this function and appmngr_setReport each replace
+ * what the other has set. */
+void appmngr_setReportRecord(APPMNGR_REPORT_CALLBACK report, void *context);
+
 /* Reports one failure of the database module, "[Error](function) number: " followed by the
  * formatted message. The message brings its own line end. `number` identifies the report site. */
 void appmngr_report(const char *function, int number, const char *format, ...)
@@ -124,6 +139,9 @@ const char *appmngr_utils_proto2str(int proto);
 /* Prints a buffer's address and length and its bytes in hexadecimal, sixteen to a line. A null
  * buffer gets a notice; a length of 0 or below prints no bytes. */
 void appmngr_utils_dumpBuf(const unsigned char *buf, int len);
+
+/* Writes the same to a file and does not flush it. -1 when `file` is null or in error, else 0. */
+int appmngr_utils_writeBuf(FILE *file, const unsigned char *buf, int len);
 
 /* ---- Sets of application identifiers --------------------------------------------------------- */
 

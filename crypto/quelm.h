@@ -2,7 +2,7 @@
  * quelm: DES and MD5 operations on buffers, and a sealed form of files built on them.
  *
  * All lengths and capacities are signed 32-bit numbers of bytes; a negative length means no bytes.
- * But for the function that takes reports nothing is kept between calls, so calls may run on several
+ * But for who takes reports nothing is kept between calls, so calls may run on several
  * threads at once; 32 KiB of stack are enough for each.
  *
  * DES (FIPS 46-3) and MD5 (RFC 1321) protect nothing of value any more. They are here because the
@@ -30,6 +30,20 @@ typedef void (*QUELM_REPORT)(const char *text, void *context);
 /* Sends the reports of quelm_md5_des_file to a function from now on, or, with null, as at the start,
  * to standard error. */
 void quelm_setReport(QUELM_REPORT report, void *context);
+
+/* The parts of a report, good until the function that takes it returns. */
+typedef struct {
+    const char *function; /* the one that reports */
+    int number;           /* the system's reason, a value of errno */
+    const char *message;  /* what failed and the reason in words, without line end */
+    const char *text;     /* the line, as a QUELM_REPORT gets it */
+} QUELM_REPORT_RECORD;
+
+typedef void (*QUELM_REPORT_CALLBACK)(const QUELM_REPORT_RECORD *record, void *context);
+
+/* The same in parts. There is one taker of reports: this function and quelm_setReport each replace
+ * what the other has set. */
+void quelm_setReportRecord(QUELM_REPORT_CALLBACK report, void *context);
 
 /* ---- DES (FIPS 46-3) ------------------------------------------------------------------------- */
 

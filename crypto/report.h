@@ -4,6 +4,6 @@
 namespace velda::quelm {
 
 // A text with the reason that errno tells.
-void report(const char *text);
+void report(const char *function, const char *text);
 
 } // namespace velda::quelm

@@ -102,17 +102,17 @@ int32_t quelm_md5_des_do(const void *input, int32_t inputLength, void *output,
 int quelm_md5_des_file(const char *inputPath, const char *outputPath, int encrypt) {
     const File input(openFile(inputPath, O_RDONLY));
     if (!input.isOpen()) {
-        velda::quelm::report("open input file");
+        velda::quelm::report(__func__, "open input file");
         return -1;
     }
     const OwnedBuffers buffers(static_cast<Buffers *>(std::malloc(sizeof(Buffers))));
     if (buffers == nullptr) {
-        velda::quelm::report(__func__);
+        velda::quelm::report(__func__, __func__);
         return -1;
     }
     const ssize_t length = read(input.descriptor(), buffers->input, inputSizeLimit);
     if (length < 0) {
-        velda::quelm::report("read");
+        velda::quelm::report(__func__, "read");
         return -1;
     }
     if (static_cast<size_t>(length) == inputSizeLimit) {
@@ -126,11 +126,11 @@ int quelm_md5_des_file(const char *inputPath, const char *outputPath, int encryp
     }
     const File output(openFile(outputPath, O_RDWR | O_CREAT | O_TRUNC));
     if (!output.isOpen()) {
-        velda::quelm::report("open output file");
+        velda::quelm::report(__func__, "open output file");
         return -1;
     }
     if (write(output.descriptor(), buffers->output, static_cast<size_t>(size)) < 0) {
-        velda::quelm::report("write");
+        velda::quelm::report(__func__, "write");
     }
     return 0;
 }

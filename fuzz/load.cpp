@@ -1,5 +1,4 @@
-// A database text into the model and out again in each form. A failing byte, then the text, which ends at
-// a NUL.
+// A database text into the model and out again in each form. A failing byte, then the text.
 
 #include "appmngr/appmngr_internal.h"
 #include "fuzz/model.h"
@@ -8,13 +7,10 @@ using namespace fuzz;
 
 namespace {
 
-int load(const Text &text) {
+int load(std::string_view text) {
     appmngr_dbReInit();
     forgetPrinted();
-    g_appmngr_appDbXml = text.data();
-    const int result = appmngr_analyzeDbFile();
-    g_appmngr_appDbXml = nullptr;
-    return result;
+    return appmngr_loadText(text.data(), static_cast<uint32_t>(text.size()));
 }
 
 } // namespace
@@ -25,7 +21,7 @@ int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     const size_t before = liveBlocks();
     Input input(data, size);
     const uint8_t failing = input.byte();
-    const Text text(input.takeUntil('\0'));
+    const std::string_view text = input.rest();
     const int result = load(text);
     requireSoundModel(result);
     if (result == 0) {

@@ -1,12 +1,8 @@
 #include "fuzz/support.h"
 
-#include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <fcntl.h>
-#include <sys/mman.h>
-#include <unistd.h>
 
 namespace {
 
@@ -26,12 +22,6 @@ struct MemoryFile {
 MemoryFile output;
 MemoryFile lastWritten;
 
-// A file without a name, made at the first use.
-int fileToRead() {
-    static const int descriptor = memfd_create("image", MFD_CLOEXEC);
-    return descriptor;
-}
-
 bool isWritten(const char *path) {
     return path == fuzz::pathToWrite || std::strcmp(path, "database.json") == 0;
 }
@@ -44,9 +34,6 @@ int LLVMFuzzerInitialize(int *argc, char ***argv);
 FILE *__real_fopen(const char *path, const char *mode);
 FILE *__wrap_fopen(const char *path, const char *mode);
 FILE *__wrap_fopen64(const char *path, const char *mode); // what fopen is to 32-bit libraries
-int __real_open(const char *path, int flags, ...);
-int __wrap_open(const char *path, int flags, ...);
-int __wrap_open64(const char *path, int flags, ...);
 int __real_remove(const char *path);
 int __wrap_remove(const char *path);
 
@@ -65,25 +52,6 @@ FILE *__wrap_fopen64(const char *path, const char *mode) {
     return __wrap_fopen(path, mode);
 }
 
-int __wrap_open(const char *path, int flags, ...) {
-    if (path == fuzz::pathToRead) {
-        return dup(fileToRead());
-    }
-    va_list arguments;
-    va_start(arguments, flags);
-    const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
-    va_end(arguments);
-    return __real_open(path, flags, mode);
-}
-
-int __wrap_open64(const char *path, int flags, ...) {
-    va_list arguments;
-    va_start(arguments, flags);
-    const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
-    va_end(arguments);
-    return __wrap_open(path, flags, mode);
-}
-
 int __wrap_remove(const char *path) {
     return isWritten(path) ? 0 : __real_remove(path);
 }
@@ -92,7 +60,6 @@ int __wrap_remove(const char *path) {
 
 namespace fuzz {
 
-const char *const pathToRead = "image";
 const char *const pathToWrite = "list";
 
 void fail(const char *condition, const char *file, int line) {
@@ -131,12 +98,6 @@ void forgetPrinted() {
 
 bool hasPrinted(std::string_view part) {
     return printed().find(part) != std::string_view::npos;
-}
-
-void setFile(std::string_view bytes) {
-    const int file = fileToRead();
-    FUZZ_REQUIRE(ftruncate(file, 0) == 0);
-    FUZZ_REQUIRE(pwrite(file, bytes.data(), bytes.size(), 0) == static_cast<ssize_t>(bytes.size()));
 }
 
 std::string_view writtenFile() {

@@ -85,11 +85,8 @@ std::string_view printed();
 void forgetPrinted();
 bool hasPrinted(std::string_view part);
 
-// Files that are only in memory: what is read from this path, and what was written last to this one or
-// to the JSON document. The bytes to read are not copied.
-extern const char *const pathToRead;
+// A file that is only in memory: what was written last to this path or to the JSON document.
 extern const char *const pathToWrite;
-void setFile(std::string_view bytes);
 std::string_view writtenFile();
 
 } // namespace fuzz

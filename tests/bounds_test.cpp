@@ -209,7 +209,9 @@ const std::map<std::string, Call> calls = {
     C(_appmngr_readDbFile) C(_appmngr_parseNode) A(parseThroughXML) C(_appmngr_getNodeValue)
     C(_appmngr_getNodeStr) H(app) H(appType) H(id) H(name) H(visible) H(typeid) H(rule) H(tuple)
     H(start) H(dpiType) H(dnsKw) C(quelm_des_min_do) C(quelm_des_inplace_do) C(quelm_md5_des_do)
-    A(checkDbPath) C(_appmngr_putNodeValue)
+    A(checkDbPath) C(_appmngr_putNodeValue) A(loadImage) A(loadText)
+    A(db_openContainer) A(writeRulesJson) A(writeAppRules) A(writeAppDb) A(writeAppList)
+    A(writeAppTypeList) 
 };
 // clang-format on
 

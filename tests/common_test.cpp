@@ -50,6 +50,9 @@ TEST(HexDump, BreaksLinesAfterSixteenBytes) {
     char head[64];
     std::snprintf(head, sizeof head, "\r\nBuffer\r\n===\r\naddr:0x%x\r\nlen:17!\r\n",
                   static_cast<unsigned>(reinterpret_cast<uintptr_t>(bytes)));
+    EXPECT_EQ(appmngr_utils_writeBuf(nullptr, bytes, 17), -1);
+    EXPECT_EQ(outputOf([&] { EXPECT_EQ(appmngr_utils_writeBuf(stdout, bytes, 17), 0); }),
+              outputOf([&] { appmngr_utils_dumpBuf(bytes, 17); }));
     EXPECT_EQ(outputOf([&] { appmngr_utils_dumpBuf(bytes, 17); }),
               head + std::string("00 ff 0a 00 00 00 00 00 00 00 00 00 00 00 00 00 \r\n00 \r\n"
                                  "===============\r\n"));

@@ -50,8 +50,8 @@ std::string deepText(int depth, int attributes, const std::string &innermost) {
 using D = XMLP_DOC *;
 using Operation = std::function<int64_t(D)>;
 
-// A text whose '<' within a character sends a parse to the plain road.
-const std::string hidden = "<h>\xE0<b&amp;</h>";
+// What the check passes and the builders refuse, so that all the steps of a parse are tried.
+const std::string refused = "<h>&unknown;</h>";
 
 Operation parse(const std::string &text, uint32_t isStatic) {
     return [text, isStatic](D) {
@@ -105,6 +105,10 @@ uint32_t count = 0;
 char *name = nullptr;
 XMLP_ATTR *attrs = nullptr;
 char out[64];
+// The database that there is before each operation.
+const std::string document =
+    smallDocument(appElement(1, "one", "<dnsKwList><dnsKw>k</dnsKw></dnsKwList>"));
+const std::string image = packImage(document);
 // A container that holds eight bytes.
 const std::string container = fromHex("34D07DBA9BD3E1E8B5F7B0143299A7C0982BCA69"
                                       "A6D829722B26C0BBED760C1474F67197B73E935B");
@@ -112,9 +116,9 @@ const std::string container = fromHex("34D07DBA9BD3E1E8B5F7B0143299A7C0982BCA69"
 // clang-format off
 std::map<std::string, Operation> operations = {
     {"parse static", parse(deepText(3000, 70, ""), 1)},
-    {"parse static, plain", parse(deepText(3000, 70, hidden), 1)},
+    {"parse static, refused", parse(deepText(3000, 70, refused), 1)},
     {"parse dynamic", parse(deepText(70, 40, "<v>t&amp;</v><l><item/></l>"), 0)},
-    {"parse dynamic, plain", parse(deepText(70, 40, hidden), 0)},
+    {"parse dynamic, refused", parse(deepText(70, 40, refused), 0)},
     {"setName", [](D d) { return xmlp_setName(d, "/r/v", "w"); }},
     {"setValue", [](D d) { return xmlp_setValue(d, "/r/v", "new", 3); }},
     {"getValue", [](D d) { return freed(xmlp_getValue(d, "/r/v"), 1); }},
@@ -153,6 +157,14 @@ std::map<std::string, Operation> operations = {
     {"open", [](D) { return appmngr_checkDbPath("image"); }},
     {"buffers", [](D) { return appmngr_file_alloc() == 0 ? appmngr_file_free() : -1; }},
     {"load", [](D) { return appmngr_load_database(); }},
+    {"load image", [](D) {
+        return appmngr_loadImage(image.data(), static_cast<uint32_t>(image.size())); }},
+    {"load text", [](D) {
+        return appmngr_loadText(document.data(), static_cast<uint32_t>(document.size())); }},
+    {"take", [](D) {
+        APPMNGR_DATABASE *taken = appmngr_takeDatabase();
+        appmngr_freeDatabase(taken);
+        return taken != nullptr ? 0 : -1; }},
     {"walk deep", [](D) { return walkDeep(); }},
     {"describe", [](D) {
         g_appmngr_counter.descAppCnt = g_appmngr_counter.descAppTypeCnt = 2;
@@ -172,8 +184,7 @@ class FailingMemory : public Model {
 protected:
     FailingMemory() {
         std::filesystem::current_path(folder_.path(""));
-        const std::string keyword = "<dnsKwList><dnsKw>k</dnsKw></dnsKwList>";
-        writeFile("image", packImage(smallDocument(appElement(1, "one", keyword))));
+        writeFile("image", image);
     }
     ~FailingMemory() override { std::filesystem::current_path("/"); }
 

@@ -8,7 +8,6 @@
 #include "tools/table.h"
 
 #include <algorithm>
-#include <charconv>
 
 namespace {
 
@@ -31,41 +30,35 @@ constexpr Reason reasons[] = {
     {1362, "left out: the destination address is neither IPv4 nor 0"},
 };
 
-// 0 for a report without number; one with a number follows.
-int numberOf(std::string_view report) {
-    const size_t begin = report.find(") ");
-    int number = 0;
-    if (report.starts_with("[Error](") && begin != std::string_view::npos) {
-        std::from_chars(report.data() + begin + 2, report.data() + report.size(), number);
-    }
-    return number;
-}
-
 bool isTupleRefused(int number) {
     return number >= 1247 && number <= 1362;
 }
 
-std::string reasonOf(std::string_view report, int number) {
-    if (number == 0) {
+// Empty for a report that is no finding.
+std::string reasonOf(const APPMNGR_REPORT_RECORD &report) {
+    if (report.function == nullptr) { // a failure with a function follows
         return "";
     }
-    const auto *found = std::find_if(std::begin(reasons), std::end(reasons),
-                                     [number](const Reason &row) { return row.number == number; });
+    const auto *found =
+        std::find_if(std::begin(reasons), std::end(reasons),
+                     [&report](const Reason &row) { return row.number == report.number; });
+    const std::string_view text = report.text;
     return std::string(found != std::end(reasons)
                            ? found->text
-                           : report.substr(0, report.find_last_not_of("\r\n") + 1));
+                           : text.substr(0, text.find_last_not_of("\r\n") + 1));
 }
 
 class Checker {
 public:
-    // False when the image can't be loaded; the reports of that are then on standard error.
-    bool load(const std::string &path);
+    // Loads an image or a document. False when that can't be done; the reports of that are then on standard error.
+    bool load(const Input &input);
 
     const Table &findings() const { return findings_; }
 
 private:
     void visited(const XMLP_NODE *node, APPMNGR_VISIT visit);
-    void reported(const char *text);
+    void reported(const APPMNGR_REPORT_RECORD &report);
+    void refused(const char *text); // by the XML library
     void tell(std::string_view message);
     void followRule(const XMLP_NODE *node, bool isTaken);
     void endRule();
@@ -128,38 +121,24 @@ void Checker::endRule() {
     rule_.reset();
 }
 
-void Checker::reported(const char *text) {
+void Checker::reported(const APPMNGR_REPORT_RECORD &report) {
     if (!isWalking_) {
-        early_ += text;
+        early_ += report.text;
         return;
     }
-    const int number = numberOf(text);
-    if (rule_ && isTupleRefused(number)) {
+    if (rule_ && isTupleRefused(report.number)) {
         --rule_->tuples;
     }
-    const std::string reason = reasonOf(text, number);
+    const std::string reason = reasonOf(report);
     if (!reason.empty()) {
         tell(reason);
     }
 }
 
-bool Checker::load(const std::string &path) {
-    const auto report = [](const char *text, void *context) {
-        static_cast<Checker *>(context)->reported(text);
-    };
-    appmngr_setReport(report, this);
-    xmlp_setReport(report, this);
-    appmngr_setVisitor([](const XMLP_NODE *node, APPMNGR_VISIT visit,
-                          void *context) { static_cast<Checker *>(context)->visited(node, visit); },
-                       this);
-    const bool isLoaded = appmngr_checkDbPath(path.c_str()) == 0 && appmngr_load_database() == 0;
-    appmngr_setVisitor(nullptr, nullptr);
-    endRule();
-    sendReportsToStandardError();
-    if (!isLoaded) {
-        std::fputs(early_.c_str(), stderr);
+void Checker::refused(const char *text) {
+    if (!isWalking_) {
+        early_ += text;
     }
-    return isLoaded;
 }
 
 // An image begins with the high byte of a length below 64 KiB, a text never with a zero.
@@ -167,26 +146,40 @@ bool isImage(const Input &input) {
     return input.bytes.starts_with('\0');
 }
 
-// Puts the image of a document in its place.
-bool packInput(Input &input) {
-    const auto image = canBeCarried(input) ? encodeImage(input) : std::nullopt;
-    if (!image || !input.copy.hold(*image, input.name)) {
-        return false;
+bool Checker::load(const Input &input) {
+    appmngr_setReportRecord(
+        [](const APPMNGR_REPORT_RECORD *report, void *context) {
+            static_cast<Checker *>(context)->reported(*report);
+        },
+        this);
+    xmlp_setReport(
+        [](const char *text, void *context) { static_cast<Checker *>(context)->refused(text); },
+        this);
+    appmngr_setVisitor([](const XMLP_NODE *node, APPMNGR_VISIT visit,
+                          void *context) { static_cast<Checker *>(context)->visited(node, visit); },
+                       this);
+    const auto size = static_cast<uint32_t>(input.bytes.size());
+    const int result = isImage(input) ? appmngr_loadImage(input.bytes.data(), size)
+                                      : appmngr_loadText(input.bytes.data(), size);
+    appmngr_setVisitor(nullptr, nullptr);
+    endRule();
+    sendReportsToStandardError();
+    if (result != 0) {
+        std::fputs(early_.c_str(), stderr);
     }
-    input.path = input.copy.path();
-    return true;
+    return result == 0;
 }
 
 } // namespace
 
 int checkCommand(const Arguments &arguments) {
     constexpr int unusable = 2;
-    auto input = readInput(arguments.files[0], APPMNGR_DB_XML_SIZE);
-    if (!input || (!isImage(*input) && !packInput(*input))) {
+    const auto input = readInput(arguments.files[0], APPMNGR_DB_XML_SIZE);
+    if (!input || (!isImage(*input) && !canBeCarried(*input))) {
         return unusable;
     }
     Checker checker;
-    if (!checker.load(input->path)) {
+    if (!checker.load(*input)) {
         complain(input->name, "the database can't be loaded");
         return unusable;
     }

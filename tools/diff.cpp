@@ -68,21 +68,21 @@ std::string ruleText(const APPMNGR_RULE &rule) {
 
 Records recordsOf(const Database &database) {
     Records records;
-    add(records, {Kind::version, 0, ""}, database.version);
-    add(records, {Kind::model, 0, ""}, database.model);
-    add(records, {Kind::expires, 0, ""}, database.expiry);
-    for (const APPMNGR_APP &app : database.apps) {
+    add(records, {Kind::version, 0, ""}, database.header().ver);
+    add(records, {Kind::model, 0, ""}, database.header().proModel);
+    add(records, {Kind::expires, 0, ""}, database.header().expired);
+    for (const APPMNGR_APP &app : database.apps()) {
         add(records, {Kind::application, app.id, ""},
             std::string(app.name) + " (visible " + std::to_string(app.visible) + ")");
     }
-    for (const APPMNGR_APPTYPE &type : database.types) {
+    for (const APPMNGR_APPTYPE &type : database.types()) {
         add(records, {Kind::type, type.id, ""},
             std::string(type.name) + " (members " + membersOf(type) + ")");
     }
-    for (const APPMNGR_RULE &rule : database.rules) {
+    for (const APPMNGR_RULE &rule : database.rules()) {
         add(records, {Kind::rule, rule.appid, ruleText(rule)}, ruleText(rule));
     }
-    for (const APPMNGR_DNS_RULE &keyword : database.keywords) {
+    for (const APPMNGR_DNS_RULE &keyword : database.keywords()) {
         add(records, {Kind::keyword, keyword.appid, keyword.dnsKw}, keyword.dnsKw);
     }
     return records;
@@ -154,7 +154,7 @@ int diffCommand(const Arguments &arguments) {
     }
     const Table changes = changesOf(recordsOf(*before), recordsOf(*after));
     if (arguments.wantsJson) {
-        printJson(arguments, {{"old", jsonText(before->name)}, {"new", jsonText(after->name)}},
+        printJson(arguments, {{"old", jsonText(before->name())}, {"new", jsonText(after->name())}},
                   changes);
     } else {
         for (const auto &row : changes.rows) {

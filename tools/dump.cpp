@@ -1,40 +1,22 @@
 // The module's own ways of writing a database.
 
 #include "appmngr/appmngr.h"
+#include "common/owned.h"
 #include "tools/complain.h"
 #include "tools/database.h"
 #include "tools/subcommands.h"
 
 #include <cerrno>
 #include <charconv>
+#include <cstdio>
 #include <cstring>
-#include <fcntl.h>
-#include <unistd.h>
 
 namespace {
 
 // Unlike loadDatabase, leaves the model where the module's operations find it.
 bool loadModel(const Arguments &arguments) {
     const auto image = readImage(arguments.files[0]);
-    if (!image) {
-        return false;
-    }
-    if (appmngr_checkDbPath(image->path.c_str()) != 0 || appmngr_load_database() != 0) {
-        complain(image->name, "the database can't be loaded");
-        return false;
-    }
-    return true;
-}
-
-// The module ends the process where it can't open its file.
-bool canBeWritten(const char *path) {
-    const int file = open(path, O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
-    if (file < 0) {
-        complainOfSystem(path, errno);
-        return false;
-    }
-    close(file);
-    return true;
+    return image && ::loadModel(*image);
 }
 
 } // namespace
@@ -53,24 +35,31 @@ int dumpCommand(const Arguments &arguments) {
         return 1;
     }
     if (arguments.app != nullptr) {
-        appmngr_dumpAppRules(id);
+        appmngr_writeAppRules(stdout, id);
     }
     if (arguments.wantsApps) {
-        appmngr_dumpAppList();
+        appmngr_writeAppList(stdout);
     }
     if (arguments.wantsTypes) {
-        appmngr_dumpAppTypeList();
+        appmngr_writeAppTypeList(stdout);
     }
     if (arguments.app == nullptr && !arguments.wantsApps && !arguments.wantsTypes) {
-        appmngr_dumpAppDb();
+        appmngr_writeAppDb(stdout);
     }
     return 0;
 }
 
 int exportJsonCommand(const Arguments &arguments) {
-    if (!loadModel(arguments) || !canBeWritten("database.json")) {
+    if (!loadModel(arguments)) {
         return 1;
     }
-    appmngr_createJsonDb();
+    constexpr const char *path = "database.json";
+    velda::OwnedFile file(std::fopen(path, "w"));
+    const bool isWritten = file != nullptr && appmngr_writeRulesJson(file.get()) == 0;
+    if (!isWritten || std::fclose(file.release()) != 0) {
+        complainOfSystem(path, errno);
+        return 1;
+    }
+    std::puts("Create JSON-Format database success!");
     return 0;
 }

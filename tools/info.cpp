@@ -33,9 +33,10 @@ Table tableOf(const Database &database, const ImageHeader &header) {
     return {"database",
             {"version", "model", "expires", "applications", "types", "rules", "keywords", "image",
              "text", "ratio", "lc", "lp", "pb", "dictionary"},
-            {{textCell(database.version), textCell(database.model), textCell(database.expiry),
-              count(database.apps), count(database.types), count(database.rules),
-              count(database.keywords), shareCell(header.blockLength, APPMNGR_BLOCK_SIZE_MAX),
+            {{textCell(database.header().ver), textCell(database.header().proModel),
+              textCell(database.header().expired), count(database.apps()), count(database.types()),
+              count(database.rules()), count(database.keywords()),
+              shareCell(header.blockLength, APPMNGR_BLOCK_SIZE_MAX),
               shareCell(header.textSize, APPMNGR_DB_XML_SIZE - 1), Cell{ratio, ratio, true},
               numberCell(header.lc), numberCell(header.lp), numberCell(header.pb),
               numberCell(header.dictionarySize)}}};

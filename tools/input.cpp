@@ -1,5 +1,6 @@
 #include "tools/input.h"
 
+#include "common/owned.h"
 #include "tools/complain.h"
 #include "tools/replace_file.h"
 
@@ -7,7 +8,6 @@
 #include <array>
 #include <cerrno>
 #include <cstdint>
-#include <sys/stat.h>
 
 namespace {
 
@@ -24,27 +24,10 @@ bool readUpTo(FILE *file, size_t limit, std::string &bytes) {
     return std::ferror(file) == 0;
 }
 
-bool isOrdinary(FILE *file) {
-    struct stat status = {};
-    return fstat(fileno(file), &status) == 0 && S_ISREG(status.st_mode);
-}
-
 } // namespace
 
 bool isStandardStream(std::string_view path) {
     return path == "-";
-}
-
-bool TemporaryFile::hold(std::string_view bytes, std::string_view name) {
-    file_.reset(std::tmpfile());
-    if (file_ == nullptr ||
-        std::fwrite(bytes.data(), 1, bytes.size(), file_.get()) != bytes.size() ||
-        std::fflush(file_.get()) != 0) {
-        complainOfSystem(name, errno);
-        return false;
-    }
-    path_ = "/dev/fd/" + std::to_string(fileno(file_.get()));
-    return true;
 }
 
 std::optional<Input> readInput(const char *path, size_t limit) {
@@ -55,13 +38,6 @@ std::optional<Input> readInput(const char *path, size_t limit) {
     FILE *file = isStandard ? stdin : opened.get();
     if (file == nullptr || !readUpTo(file, limit, input.bytes)) {
         complainOfSystem(input.name, errno);
-        return std::nullopt;
-    }
-    if (!isStandard && isOrdinary(file)) {
-        input.path = path;
-    } else if (input.copy.hold(input.bytes, input.name)) {
-        input.path = input.copy.path();
-    } else {
         return std::nullopt;
     }
     return input;

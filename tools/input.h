@@ -1,31 +1,14 @@
 // What a command reads.
 #pragma once
 
-#include "common/owned.h"
-
 #include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
 
-// A file without a name, and a path under which the libraries can open it.
-class TemporaryFile {
-public:
-    // False, after a line on standard error about `name`, when it can't be made.
-    bool hold(std::string_view bytes, std::string_view name);
-    const std::string &path() const { return path_; }
-
-private:
-    velda::OwnedFile file_;
-    std::string path_;
-};
-
 struct Input {
     std::string name; // for messages
     std::string bytes;
-    std::string path; // where the libraries find the same bytes
-
-    TemporaryFile copy; // of what is no ordinary file and can be read only once
 };
 
 // Reads the first `limit` bytes of a file, "-" for standard input. Nothing, after a line on standard

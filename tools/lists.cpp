@@ -14,7 +14,7 @@ bool isMember(const APPMNGR_APPTYPE &type, int32_t appId) {
 
 std::vector<int32_t> typesOf(const Database &database, int32_t appId) {
     std::vector<int32_t> ids;
-    for (const APPMNGR_APPTYPE &type : database.types) {
+    for (const APPMNGR_APPTYPE &type : database.types()) {
         if (isMember(type, appId)) {
             ids.push_back(type.id);
         }
@@ -33,7 +33,7 @@ std::vector<int32_t> membersOf(const APPMNGR_APPTYPE &type) {
 }
 
 template <class Record>
-Cell countOf(const std::vector<Record> &records, int32_t appId) {
+Cell countOf(std::span<const Record> records, int32_t appId) {
     return numberCell(std::count_if(records.begin(), records.end(), [appId](const Record &record) {
         return record.appid == appId;
     }));
@@ -47,13 +47,13 @@ int listCommand(const Arguments &arguments) {
         return 1;
     }
     Table table = {"applications", {"id", "name", "visible", "types", "rules", "keywords"}, {}};
-    for (const APPMNGR_APP &app : database->apps) {
+    for (const APPMNGR_APP &app : database->apps()) {
         table.rows.push_back({numberCell(app.id), textCell(app.name), numberCell(app.visible),
                               numbersCell(typesOf(*database, app.id)),
-                              countOf(database->rules, app.id),
-                              countOf(database->keywords, app.id)});
+                              countOf(database->rules(), app.id),
+                              countOf(database->keywords(), app.id)});
     }
-    printTable(arguments, database->name, table);
+    printTable(arguments, database->name(), table);
     return 0;
 }
 
@@ -63,10 +63,10 @@ int typesCommand(const Arguments &arguments) {
         return 1;
     }
     Table table = {"types", {"id", "name", "members"}, {}};
-    for (const APPMNGR_APPTYPE &type : database->types) {
+    for (const APPMNGR_APPTYPE &type : database->types()) {
         table.rows.push_back(
             {numberCell(type.id), textCell(type.name), numbersCell(membersOf(type))});
     }
-    printTable(arguments, database->name, table);
+    printTable(arguments, database->name(), table);
     return 0;
 }

@@ -58,9 +58,9 @@ int rulesCommand(const Arguments &arguments) {
     const AppFilter filter(*database, arguments);
     Table table = {
         "rules", {"id", "name", "protocol", "source", "destination", "orig", "reply"}, {}};
-    for (const APPMNGR_RULE &rule : database->rules) {
+    for (const APPMNGR_RULE &rule : database->rules()) {
         if (filter.passes(rule.appid)) {
-            table.rows.push_back({numberCell(rule.appid), textCell(nameOf(*database, rule.appid)),
+            table.rows.push_back({numberCell(rule.appid), textCell(database->nameOf(rule.appid)),
                                   textCell(appmngr_utils_proto2str(rule.proto)),
                                   textCell(endpointText(rule.sip, rule.sport)),
                                   textCell(endpointText(rule.dip, rule.dport)),
@@ -68,7 +68,7 @@ int rulesCommand(const Arguments &arguments) {
         }
     }
     if (filter.canPass()) {
-        printTable(arguments, database->name, table);
+        printTable(arguments, database->name(), table);
     }
     return filter.canPass() ? 0 : 1;
 }
@@ -80,15 +80,15 @@ int dnsCommand(const Arguments &arguments) {
     }
     const AppFilter filter(*database, arguments);
     Table table = {"keywords", {"id", "name", "keyword"}, {}};
-    for (const APPMNGR_DNS_RULE &keyword : database->keywords) {
+    for (const APPMNGR_DNS_RULE &keyword : database->keywords()) {
         if (filter.passes(keyword.appid)) {
             table.rows.push_back({numberCell(keyword.appid),
-                                  textCell(nameOf(*database, keyword.appid)),
+                                  textCell(database->nameOf(keyword.appid)),
                                   textCell(keyword.dnsKw)});
         }
     }
     if (filter.canPass()) {
-        printTable(arguments, database->name, table);
+        printTable(arguments, database->name(), table);
     }
     return filter.canPass() ? 0 : 1;
 }

@@ -48,7 +48,8 @@ int unsealCommand(const Arguments &arguments) {
     uint32_t plainLength = length + containerSpare;
     std::string plain(plainLength, '\0');
     if (result != APPMNGR_SUCCESS ||
-        appmngr_decrypt(plain.data(), &plainLength, input->bytes.data(), length) != 1) {
+        appmngr_db_openContainer(plain.data(), &plainLength, input->bytes.data(), length) !=
+            APPMNGR_SUCCESS) {
         complain(input->name, "no sound container: " +
                                   std::string(appmngr_errStr(static_cast<int16_t>(result))));
         return 1;

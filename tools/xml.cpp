@@ -1,6 +1,7 @@
 // The document in an image.
 
 #include "appmngr/appmngr.h"
+#include "common/owned.h"
 #include "tools/complain.h"
 #include "tools/database.h"
 #include "tools/image_text.h"

@@ -1,11 +1,13 @@
-// A parse from the first byte to the finished tree: declaration, check, builder.
+// A parse from the first byte to the finished tree. parse/ accepts or refuses a body; steps/ explain what
+// was refused.
 
-#include "xmlp/chars.h"
-#include "xmlp/dynamic_tree.h"
-#include "xmlp/memory.h"
-#include "xmlp/quick_tree.h"
-#include "xmlp/report.h"
-#include "xmlp/static_tree.h"
+#include "xmlp/base/chars.h"
+#include "xmlp/base/diagnosis.h"
+#include "xmlp/base/memory.h"
+#include "xmlp/parse/builders.h"
+#include "xmlp/steps/check.h"
+#include "xmlp/steps/dynamic_tree.h"
+#include "xmlp/steps/static_tree.h"
 #include "xmlp/xmlp_internal.h"
 
 #include <cstring>
@@ -15,88 +17,132 @@ using namespace velda::xmlp;
 
 namespace {
 
+constexpr char parseName[] = "xmlp_parse";
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 // Within the text, which need not end where its white space does.
 void dropWhiteSpace(std::string_view &text) {
-    while (!text.empty() && isOf(text.front(), whiteSpaceByte)) {
+    while (!text.empty() && isWhiteSpace(text.front())) {
         text.remove_prefix(1);
     }
 }
 
-bool buildTree(std::string_view body, XMLP_TREE &tree) {
-    const bool isStatic = tree.isStatic != 0;
-    const auto buildQuickly = isStatic ? buildStaticTreeQuickly : buildDynamicTreeQuickly;
-    const QuickTree result = buildQuickly(body, markupIndexer(), tree.rootNode);
-    if (result != QuickTree::declined) {
-        return result == QuickTree::built;
+// Says why no tree can be made of a body: the steps of a parse, up to the one that refuses it.
+void explain(std::string_view body, bool isStatic, Diagnosis &diagnosis) {
+    if (!checkBody(body.data(), body.data() + body.size(), diagnosis)) {
+        return;
     }
-    if (_checkXml(body.data(), body.data() + body.size()) != 0) {
-        return false;
+    // Without memory the steps may get on where the parser did not: what they make is dropped.
+    XMLP_NODE *root =
+        isStatic ? buildStaticTree(body, diagnosis) : buildDynamicTree(body, diagnosis);
+    if (root != nullptr) {
+        isStatic ? xmlp_delStree(root) : xmlp_delDtree(root);
     }
-    tree.rootNode = isStatic ? buildStaticTree(body) : buildDynamicTree(body);
-    return tree.rootNode != nullptr;
 }
 
-} // namespace
-
-XMLP_TREE *xmlp_parse(const char *xmlBuf, uint32_t len, uint32_t isStatic) {
-    if (xmlBuf == nullptr) {
-        XMLP_REPORT("xmlBuf is null.");
-        return nullptr;
+XMLP_NODE *buildTree(std::string_view body, bool isStatic, Diagnosis &diagnosis) {
+    const auto build = isStatic ? buildStaticTreeFast : buildDynamicTreeFast;
+    XMLP_NODE *root = nullptr;
+    if (build(body, fastestIndexer(), root) == BuildResult::refused) {
+        explain(body, isStatic, diagnosis);
     }
-    Owned<XMLP_TREE> tree(static_cast<XMLP_TREE *>(std::calloc(1, sizeof(XMLP_TREE))));
-    if (tree == nullptr) {
-        XMLP_REPORT("malloc failed.");
-        return nullptr;
-    }
-    tree->isStatic = isStatic;
+    return root;
+}
 
-    std::string_view text(xmlBuf, len);
+// Drops white space, a byte-order mark before it, and a declaration; gives the body that is left.
+// `declaration` becomes a copy of all that came before the body, and is null without one.
+bool dropDeclaration(std::string_view &text, Owned<char> &declaration, uint32_t &size,
+                     Diagnosis &diagnosis) {
+    const char *start = text.data();
     if (startsWith(text, byteOrderMark)) {
         text.remove_prefix(byteOrderMark.size());
     }
     dropWhiteSpace(text);
-    Owned<char> header;
     if (startsWith(text, "<?")) {
         const size_t close = text.find("?>", 2);
         if (close == std::string_view::npos) {
-            XMLP_REPORT("error in xml header.");
-            return nullptr;
+            XMLP_REFUSE(diagnosis, parseName, XMLP_ERROR_DECLARATION, text.data());
+            return false;
         }
         text.remove_prefix(close + 2);
-        const auto headerLen = static_cast<uint32_t>(text.data() - xmlBuf);
-        header = allocate<char>(headerLen);
-        if (header == nullptr) {
-            XMLP_REPORT("malloc failed.");
-            return nullptr;
+        size = static_cast<uint32_t>(text.data() - start);
+        declaration = allocate<char>(size);
+        if (declaration == nullptr) {
+            XMLP_REFUSE(diagnosis, parseName, XMLP_ERROR_NO_MEMORY, nullptr);
+            return false;
         }
-        std::memcpy(header.get(), xmlBuf, headerLen);
-        tree->headerLen = headerLen;
+        std::memcpy(declaration.get(), start, size);
     }
     dropWhiteSpace(text);
+    return true;
+}
 
-    if (!buildTree(text, *tree)) {
+XMLP_TREE *parse(const char *xmlBuf, uint32_t len, uint32_t isStatic, Diagnosis &diagnosis) {
+    Owned<XMLP_TREE> tree(static_cast<XMLP_TREE *>(std::calloc(1, sizeof(XMLP_TREE))));
+    if (tree == nullptr) {
+        XMLP_REFUSE(diagnosis, parseName, XMLP_ERROR_NO_MEMORY, nullptr);
         return nullptr;
     }
-    tree->header = header.release();
+    tree->isStatic = isStatic;
+    std::string_view text(xmlBuf, len);
+    Owned<char> declaration;
+    uint32_t declarationSize = 0;
+    if (!dropDeclaration(text, declaration, declarationSize, diagnosis)) {
+        return nullptr;
+    }
+    tree->rootNode = buildTree(text, isStatic != 0, diagnosis);
+    if (tree->rootNode == nullptr) {
+        return nullptr;
+    }
+    tree->header = declaration.release();
+    tree->headerLen = declarationSize;
     return tree.release();
 }
 
-XMLP_DOC *xmlp_xml2Tree(const char *xmlBuf, uint32_t len, uint32_t isStatic) {
+// A document of one reference.
+XMLP_DOC *loadDoc(const char *xmlBuf, uint32_t len, uint32_t isStatic, Diagnosis &diagnosis) {
+    constexpr char function[] = "xmlp_xml2Tree";
     if (xmlBuf == nullptr) {
-        XMLP_REPORT("xmlBuf is null.");
+        XMLP_REFUSE(diagnosis, function, XMLP_ERROR_NO_TEXT, nullptr);
         return nullptr;
     }
     auto doc = allocate<XMLP_DOC>(sizeof(XMLP_DOC));
     if (doc == nullptr) {
-        XMLP_REPORT("malloc failed.");
+        XMLP_REFUSE(diagnosis, function, XMLP_ERROR_NO_MEMORY, nullptr);
         return nullptr;
     }
-    doc->tree = xmlp_parse(xmlBuf, len, isStatic);
+    doc->tree = parse(xmlBuf, len, isStatic, diagnosis);
     if (doc->tree == nullptr) {
         return nullptr;
     }
     doc->tree->refCount = 1;
     return doc.release();
+}
+
+} // namespace
+
+XMLP_TREE *xmlp_parse(const char *xmlBuf, uint32_t len, uint32_t isStatic) {
+    Diagnosis diagnosis(xmlBuf);
+    if (xmlBuf == nullptr) {
+        XMLP_REFUSE(diagnosis, parseName, XMLP_ERROR_NO_TEXT, nullptr);
+        return nullptr;
+    }
+    return parse(xmlBuf, len, isStatic, diagnosis);
+}
+
+XMLP_DOC *xmlp_xml2Tree(const char *xmlBuf, uint32_t len, uint32_t isStatic) {
+    Diagnosis diagnosis(xmlBuf);
+    return loadDoc(xmlBuf, len, isStatic, diagnosis);
+}
+
+XMLP_DOC *xmlp_loadDocWithError(const char *xmlBuf, uint32_t len, uint32_t isStatic,
+                                XMLP_ERROR *error) {
+    Diagnosis diagnosis(xmlBuf);
+    XMLP_DOC *doc = loadDoc(xmlBuf, len, isStatic, diagnosis);
+    if (error != nullptr) {
+        // Without a finding memory has run out.
+        *error =
+            doc == nullptr && !diagnosis.hasFinding() ? Diagnosis::noMemory() : diagnosis.error();
+    }
+    return doc;
 }

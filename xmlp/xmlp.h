@@ -38,6 +38,62 @@ typedef void (*XMLP_REPORT_FUNCTION)(const char *text, void *context);
  * Documents may be in use on several threads; the function is then called on all of them. */
 void xmlp_setReport(XMLP_REPORT_FUNCTION report, void *context);
 
+#define XMLP_NO_OFFSET UINT32_MAX
+
+/* The parts of a report, good until the function that takes it returns. */
+typedef struct {
+    const char *function; /* the one that reports */
+    int line;             /* of the library's source */
+    const char *message;  /* what it has to say */
+    const char *text;     /* the whole line, as an XMLP_REPORT_FUNCTION gets it */
+    uint32_t offset;      /* of the fault in the text that is refused, in bytes from its first one;
+                           * XMLP_NO_OFFSET where no text is to blame */
+} XMLP_REPORT_RECORD;
+
+typedef void (*XMLP_REPORT_CALLBACK)(const XMLP_REPORT_RECORD *record, void *context);
+
+/* The same in parts. There is one taker of reports: this function and xmlp_setReport each replace what
+ * the other has set. */
+void xmlp_setReportRecord(XMLP_REPORT_CALLBACK report, void *context);
+
+/* ---- Errors of a text ------------------------------------------------------------------------ */
+
+/* Every reason to refuse a text, its value and its message, written once. Beside each the byte that an
+ * error's place is: the first one of what is refused. */
+#define XMLP_ERROR_CODES(X)                                                                        \
+    X(XMLP_ERROR_NO_TEXT, 1, "xmlBuf is null.")                    /* (none) */                    \
+    X(XMLP_ERROR_NO_MEMORY, 2, "malloc failed.")                   /* (none) */                    \
+    X(XMLP_ERROR_DECLARATION, 3, "error in xml header.")           /* the '<' of its "<?" */       \
+    X(XMLP_ERROR_NO_TAG, 4, "no xml tag found.")                   /* where it would begin */      \
+    X(XMLP_ERROR_TAG, 5, "error xml tag.")                         /* a '<' or '>' that may not  \
+        stand there, an end tag's '<', the end of a text that stops too early */ \
+    X(XMLP_ERROR_END_TAG, 6, "not same tag name.")                 /* the end tag's '<' */         \
+    X(XMLP_ERROR_END_TAG_NAME, 7, "valid tag name.")               /* its name */                  \
+    X(XMLP_ERROR_NAME, 8, "error xml tag name.")                   /* the name */                  \
+    X(XMLP_ERROR_ATTRIBUTE, 9, "error xml attribute.")             /* the attribute */             \
+    X(XMLP_ERROR_CUT_ATTRIBUTE, 10, "error xml attributeibute.")   /* the attribute */             \
+    X(XMLP_ERROR_REPEATED_ATTRIBUTE, 11, "attr name existed.")     /* its name, the second time */ \
+    X(XMLP_ERROR_VALUE, 12, "invalid value.")                      /* the '&' */                   \
+    X(XMLP_ERROR_SINGLE_ITEM, 13, "single element is named item.") /* the element's '<' */         \
+    X(XMLP_ERROR_NOT_ITEM, 14, "tag name is not item.")            /* the element's '<' */
+
+#define XMLP_ERROR_ENUMERATOR(name, value, message) name = (value),
+typedef enum { XMLP_ERROR_NONE = 0, XMLP_ERROR_CODES(XMLP_ERROR_ENUMERATOR) } XMLP_ERROR_CODE;
+#undef XMLP_ERROR_ENUMERATOR
+
+/* Why a text is refused, and where. For codes without a place the three numbers are 0. */
+typedef struct {
+    XMLP_ERROR_CODE code;
+    uint32_t offset;     /* in bytes from the text's first one, a byte-order mark included */
+    uint32_t line;       /* from 1; LF ends a line */
+    uint32_t column;     /* from 1, in bytes */
+    const char *message; /* the code's, a constant text; "" for XMLP_ERROR_NONE */
+} XMLP_ERROR;
+
+/* The name of a code, such as "XMLP_ERROR_TAG" for 5; "ERROR NOT IN LIST" for a number that is none. A
+ * constant text, never to be freed. */
+const char *xmlp_errorName(int code);
+
 /* ---- Records --------------------------------------------------------------------------------- */
 
 /* What an element holds. The children of one element are either all named "item" or none is. */
@@ -124,6 +180,12 @@ extern char *const g_xmlp_itemName;
  * drop it with xmlp_releaseDoc. The text is not referenced afterwards. The byte at xmlBuf[len] must
  * be NUL. Null when the text is null or refused, as xmlp_parse tells. */
 XMLP_DOC *xmlp_loadDoc(const char *xmlBuf, uint32_t len, uint32_t isStatic);
+
+/* The same, and tells in *error why the text was refused; its code is XMLP_ERROR_NONE when it was not.
+ * `error` may be null. Several lines can be reported for one fault; the error is the first of them,
+ * which is the nearest to it. */
+XMLP_DOC *xmlp_loadDocWithError(const char *xmlBuf, uint32_t len, uint32_t isStatic,
+                                XMLP_ERROR *error);
 
 /* Adds a holder and returns the same document. Null: "doc is null.". */
 XMLP_DOC *xmlp_copyDoc(XMLP_DOC *doc);

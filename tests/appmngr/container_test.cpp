@@ -86,23 +86,37 @@ TEST(Container, IsDecipheredIntoLargerRoom) {
     std::string bytes = sealed(plain);
     std::string output;
     uint32_t length = 0;
-    const auto decrypt = [&](size_t size, size_t capacity) {
+    const auto callWith = [&](auto call, size_t size, size_t capacity) {
         output.assign(capacity, '#');
         length = static_cast<uint32_t>(capacity);
         const std::vector<char> exact(bytes.begin(), bytes.begin() + static_cast<long>(size));
-        return appmngr_decrypt(output.data(), &length, exact.data(), static_cast<uint32_t>(size));
+        return call(output.data(), &length, exact.data(), static_cast<uint32_t>(size));
+    };
+    const auto decrypt = [&](size_t size, size_t capacity) {
+        return callWith(appmngr_decrypt, size, capacity);
+    };
+    const auto open = [&](size_t size, size_t capacity) {
+        return callWith(appmngr_db_openContainer, size, capacity);
     };
     forEachCase("decrypt.cases", [&](const Case &test) {
         int32_t result = 0;
         EXPECT_EQ(outputOf([&] { result = decrypt(test.size("length"), test.size("capacity")); }),
                   test.lines("printed"));
         EXPECT_EQ(result, test.number("result"));
+        EXPECT_EQ(outputOf([&] { result = open(test.size("length"), test.size("capacity")); }), "");
+        EXPECT_EQ(appmngr_errStr(static_cast<int16_t>(result)),
+                  test.text("opened", "APPMNGR_SUCCESS"));
+        EXPECT_EQ(length, result == 0 ? plain.size() : test.size("capacity"));
     });
     EXPECT_EQ(decrypt(56, 64), 1);
+    EXPECT_EQ(output.substr(0, length), plain);
+    EXPECT_EQ(open(56, 64), 0);
     EXPECT_EQ(output.substr(0, length), plain);
     bytes[33] = static_cast<char>(bytes[33] ^ 1); // in the data
     EXPECT_EQ(outputOf([&] { EXPECT_EQ(decrypt(56, 64), -4); }), "");
     EXPECT_EQ(length, plain.size());
+    EXPECT_EQ(open(56, 64), APPMNGR_ERR_FILE_CHECK);
+    EXPECT_EQ(length, 64u);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // Loading from image files, good and spoiled.
 
 #include "tests/appmngr/model_fixture.h"
+#include "tests/support/bounds.h"
 #include "tests/support/files.h"
 
 #include <cerrno>
@@ -10,16 +11,33 @@ namespace {
 
 class Image : public Model {
 protected:
-    // Loads an image file and gives the lines that were printed.
-    static std::string loadFile(const std::string &path) {
+    // Runs a load and gives the lines that were printed.
+    template <class Load>
+    static std::string linesOfLoad(Load load) {
         int result = -1;
-        EXPECT_EQ(appmngr_checkDbPath(path.c_str()), 0);
-        const std::string lines = linesOf([&] { result = appmngr_load_database(); });
+        const std::string lines = linesOf([&] { result = load(); });
         EXPECT_EQ(result, lines.empty() ? 0 : -1);
         EXPECT_EQ(g_appmngr_flashBuf, nullptr);
         EXPECT_EQ(g_appmngr_appDbXml, nullptr);
         EXPECT_EQ(g_appmngr_appDescXml, nullptr);
         return lines;
+    }
+
+    static std::string loadFile(const std::string &path) {
+        EXPECT_EQ(appmngr_checkDbPath(path.c_str()), 0);
+        return linesOfLoad(appmngr_load_database);
+    }
+
+    // From memory where nothing can be read after the last byte.
+    static std::string loadImage(const std::string &image) {
+        const Guarded bytes(image);
+        return linesOfLoad(
+            [&] { return appmngr_loadImage(bytes.data(), static_cast<uint32_t>(image.size())); });
+    }
+    static std::string loadText(const std::string &text) {
+        const Guarded bytes(text);
+        return linesOfLoad(
+            [&] { return appmngr_loadText(bytes.data(), static_cast<uint32_t>(text.size())); });
     }
 
     TemporaryFolder folder_;
@@ -46,10 +64,55 @@ TEST_F(Image, LoadsOrTellsWhyNot) {
     const std::string model = modelText();
     forEachCase("image.cases", [&](const Case &test) {
         writeFile(path_, imageOf(test));
-        EXPECT_EQ(loadFile(path_), test.lines("line"));
-        EXPECT_EQ(modelText() == model, !test.has("line")) << "what was loaded before is gone";
+        for (const bool isFile : {true, false}) {
+            EXPECT_EQ(isFile ? loadFile(path_) : loadImage(imageOf(test)), test.lines("line"));
+            EXPECT_EQ(modelText() == model, !test.has("line")) << "what was loaded before is gone";
+        }
     });
+    EXPECT_EQ(loadImage(packImage(smallDocument()) + std::string(APPMNGR_IMAGE_SIZE, '#')), "")
+        << "what follows the 64 KiB is not looked at";
     EXPECT_NE(loadFile("/"), "") << "a folder opens and gives no bytes";
+}
+
+TEST_F(Image, IsNotNeededForAText) {
+    const std::string tooLong =
+        "[Error](_appmngr_readAppDb) 2167: Size of buffer \"204800\" is too small.\n"
+        "[Error](_appmngr_readFromDatabase) 2570: _appmngr_readAppDb failed\n";
+    const std::string noTag = "_checkXml: no xml tag found.\n"
+                              "[Error](_appmngr_readFromDatabase) 2586: Analyze database failed\n";
+    const auto filled = [](size_t size) {
+        std::string text = smallDocument();
+        text.resize(size, ' ');
+        return text;
+    };
+    const std::string zero(1, '\0');
+    const std::pair<std::string, std::string> cases[] = {
+        {smallDocument(), ""},
+        {"\xEF\xBB\xBF" + smallDocument(), ""},
+        {smallDocument() + zero + "<not read>", ""},
+        {filled(204'799), ""},
+        {filled(204'800), tooLong},
+        {std::string(1'000'000, '<'), tooLong},
+        {"", noTag},
+        {zero + smallDocument(), noTag},
+    };
+    load(smallDocument());
+    const std::string model = modelText();
+    for (const auto &[text, lines] : cases) {
+        EXPECT_EQ(loadText(text), lines) << text.substr(0, 40);
+        EXPECT_EQ(modelText() == model, lines.empty());
+    }
+}
+
+// Nothing has been loaded then, and what was loaded before stays.
+TEST_F(Image, IsRefusedWhenNull) {
+    load(smallDocument());
+    const std::string model = modelText();
+    EXPECT_EQ(linesOfLoad([] { return appmngr_loadImage(nullptr, 0); }),
+              "[Error](appmngr_loadImage) 2606: Invalid param!\n");
+    EXPECT_EQ(linesOfLoad([] { return appmngr_loadText(nullptr, 1); }),
+              "[Error](appmngr_loadText) 2620: Invalid param!\n");
+    EXPECT_EQ(modelText(), model);
 }
 
 TEST_F(Image, BuffersOfTextAreUsedAgain) {

@@ -4,6 +4,7 @@
 #include "tests/appmngr/model_fixture.h"
 #include "tests/support/files.h"
 
+#include <cerrno>
 #include <csignal>
 #include <cstring>
 #include <filesystem>
@@ -83,6 +84,56 @@ TEST_F(Outputs, ReportsAndVisitsGoWhereTheProgramSendsThem) {
               "namet ruleListt rulet tupleListt tuplet ");
 }
 
+// "function|number|message", of each report; the whole texts are `texts`.
+struct Records {
+    std::vector<std::string> parts;
+    std::string texts;
+};
+
+void collectRecord(const APPMNGR_REPORT_RECORD *record, void *context) {
+    auto &records = *static_cast<Records *>(context);
+    const std::string function = record->function != nullptr ? record->function : "null";
+    records.parts.push_back(function + "|" + std::to_string(record->number) + "|" +
+                            record->message);
+    records.texts += record->text;
+}
+
+TEST_F(Outputs, ReportsComeInParts) {
+    const std::string tooLong(2000, 'x');
+    const auto provoke = [&] {
+        appmngr_string_match(nullptr, "");
+        appmngr_report("function", -7, "%s", "");
+        appmngr_report("function", 8, "two\nlines\r\n\n");
+        appmngr_notice("[Error](no) 1: %d\n", 5);
+    };
+    std::string collected;
+    appmngr_setReport(collect, &collected);
+    provoke();
+    Records records;
+    appmngr_setReportRecord(collectRecord, &records);
+    provoke();
+    EXPECT_EQ(records.texts, collected) << "the last one that was set gets them all";
+    EXPECT_EQ(records.texts, outputOf([&] {
+                  appmngr_setReportRecord(nullptr, nullptr);
+                  provoke();
+              }));
+    const std::vector<std::string> expected = {"appmngr_string_match|470|Some parameter is null.",
+                                               "function|-7|", "function|8|two\nlines",
+                                               "null|0|[Error](no) 1: 5"};
+    EXPECT_EQ(records.parts, expected);
+
+    records = {};
+    appmngr_setReportRecord(collectRecord, &records);
+    errno = ENOENT;
+    appmngr_systemError("what");
+    appmngr_report("function", 9, "%s\n", tooLong.c_str());
+    appmngr_setReport(nullptr, nullptr);
+    EXPECT_EQ(records.parts[0], "null|0|what: No such file or directory");
+    const std::string prefix = "[Error](function) 9: ";
+    EXPECT_EQ(records.parts[1], "function|9|" + tooLong.substr(0, 1023 - prefix.size()));
+    EXPECT_EQ(records.texts.substr(records.texts.find('\n') + 1).size(), 1023u);
+}
+
 TEST_F(Outputs, DumpsOfTheSample) {
     loadSample();
     EXPECT_EQ(outputOf([] { appmngr_dumpAppRules(-2); }), readData("dump-rules-of-two.txt"));
@@ -96,6 +147,30 @@ TEST_F(Outputs, DumpsOfTheSample) {
     const std::string types = outputOf([] { appmngr_dumpAppTypeList(); });
     EXPECT_EQ(std::regex_replace(types, std::regex("addr:0x[0-9a-f]+"), "addr:0x0"),
               readData("dump-types.txt"));
+}
+
+TEST_F(Outputs, AreWrittenToFilesAsPrinted) {
+    loadSample();
+    const auto rulesOfTwo = [](FILE *file) { return appmngr_writeAppRules(file, -2); };
+    const std::pair<int (*)(FILE *), int (*)()> cases[] = {
+        {rulesOfTwo, [] { return appmngr_dumpAppRules(-2); }},
+        {appmngr_writeAppDb, appmngr_dumpAppDb},
+        {appmngr_writeAppList, appmngr_dumpAppList},
+        {appmngr_writeAppTypeList, appmngr_dumpAppTypeList},
+        {appmngr_writeRulesJson, nullptr},
+    };
+    FILE *full = std::fopen("/dev/full", "w");
+    const std::string path = folder_.path("written");
+    for (const auto &[write, dump] : cases) {
+        FILE *file = std::fopen(path.c_str(), "w");
+        EXPECT_EQ(outputOf([&] { EXPECT_EQ(write(file), 0); }), "");
+        EXPECT_EQ(readFile(path), dump != nullptr ? outputOf(dump) : readData("database.json"))
+            << "flushed before the file is closed";
+        std::fclose(file);
+        EXPECT_EQ(write(full), -1);
+        std::clearerr(full);
+    }
+    std::fclose(full);
 }
 
 TEST_F(Outputs, DumpsOfTextsAndOfNothing) {

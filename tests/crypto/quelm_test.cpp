@@ -6,6 +6,7 @@
 #include "tests/support/cases.h"
 #include "tests/support/files.h"
 
+#include <cerrno>
 #include <climits>
 
 namespace {
@@ -193,6 +194,24 @@ TEST_F(SealedFile, HasASizeLimit) {
     EXPECT_EQ(largest->size(), 16u + 16'384);
     EXPECT_EQ(errorsOf([this] { EXPECT_EQ(seal(std::string(16'383, 'x')), -1); }), "");
     EXPECT_EQ(readFile(sealed_), largest);
+}
+
+TEST_F(SealedFile, TellsInParts) {
+    std::string collected;
+    quelm_setReport([](const char *text, void *) { FAIL() << text; }, nullptr);
+    quelm_setReportRecord(
+        [](const QUELM_REPORT_RECORD *record, void *context) {
+            *static_cast<std::string *>(context) = std::string(record->function) + "|" +
+                                                   std::to_string(record->number) + "|" +
+                                                   record->message + "|" + record->text;
+        },
+        &collected);
+    quelm_md5_des_file("/", sealed_.c_str(), 1);
+    EXPECT_EQ(collected, "quelm_md5_des_file|" + std::to_string(EISDIR) +
+                             "|read: Is a directory|read: Is a directory\n");
+    quelm_setReportRecord(nullptr, nullptr);
+    EXPECT_EQ(errorsOf([this] { quelm_md5_des_file("/", sealed_.c_str(), 1); }),
+              "read: Is a directory\n");
 }
 
 TEST_F(SealedFile, TellsWhatItCannotOpenReadOrWrite) {

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "xmlp/xmlp.h"
+
+namespace velda::xmlp {
+
+// Types a node just linked, and its parent, by the rule for elements named "item". The error when it may
+// not stand there, else XMLP_ERROR_NONE.
+XMLP_ERROR_CODE setType(XMLP_NODE &node, bool isStatic);
+
+} // namespace velda::xmlp
