@@ -49,6 +49,7 @@ enum class TextOwner { nobody, openElement, emptyElement };
 
 class Scanner {
 public:
+    // cppcheck-suppress uninitMemberVar ; of offsets_ as much is read as was written
     Scanner(std::string_view body, StringTable &names, ElementRecords &records)
         : body_(body.data()), end_(body.data() + body.size()), names_(names), records_(records),
           predictor_(names), tagEnd_(body_), ampersand_(body_), indexedEnd_(body_) {
