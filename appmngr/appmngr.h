@@ -54,7 +54,9 @@ enum {
     APPMNGR_DPI_CODE_SIZE = 256,
     APPMNGR_DNS_KEYWORD_SIZE = 16,
     APPMNGR_STAMP_SIZE = 96,
+    APPMNGR_TUPLE_SIZE = 64, /* of a tuple's text */
     APPMNGR_APP_TYPES_MAX = 64,
+    APPMNGR_LEVELS_MAX = 64,     /* of nested elements that a load follows */
     APPMNGR_NODE_TEXT_SIZE = 512 /* longer texts of elements count as missing */
 };
 

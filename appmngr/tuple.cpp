@@ -2,8 +2,8 @@
 // record.
 
 #include "appmngr/appmngr_internal.h"
+#include "appmngr/context.h"
 #include "appmngr/node_text.h"
-#include "appmngr/places.h"
 
 #include <arpa/inet.h>
 #include <cstring>
@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr size_t tupleTextSize = 64;
+constexpr size_t tupleTextSize = velda::appmngr::infoOf(velda::appmngr::Element::tuple).field.size;
 constexpr int fieldCount = 3;
 constexpr int endpointFieldCount = 2;
 
@@ -129,7 +129,7 @@ private:
 
 int _appmngr_xmlnode_handler_tuple(XMLP_NODE *node, void *param) {
     if (node == nullptr || velda::appmngr::isSelector(param) ||
-        !velda::appmngr::whereCounted(node)) {
+        !velda::appmngr::inCountedPath(node)) {
         return -1;
     }
     auto *tuples = static_cast<uint32_t *>(param);

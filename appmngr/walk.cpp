@@ -36,10 +36,10 @@ struct Level {
 
 // Real documents need eight levels. Where the table is the module's own, a walk goes no deeper than the
 // levels in place, so that a load needs no memory for them.
-constexpr uint32_t levelsOfLoad = 64;
+constexpr uint32_t levelsInPlace = APPMNGR_LEVELS_MAX;
 
 struct Chunk {
-    Level levels[levelsOfLoad];
+    Level levels[levelsInPlace];
     Chunk *before;
     Chunk *after; // what was obtained stays until all walks have ended
 };
@@ -79,10 +79,10 @@ void freeChunks() {
 
 // Null where the walk goes no deeper.
 Level *push() {
-    if (depth >= levelsOfLoad && g_appmngr_handlerInfo == g_appmngr_nodeHandlers) {
+    if (depth >= levelsInPlace && g_appmngr_handlerInfo == g_appmngr_nodeHandlers) {
         return nullptr;
     }
-    if (used == levelsOfLoad && !extend()) {
+    if (used == levelsInPlace && !extend()) {
         return nullptr;
     }
     ++depth;
@@ -94,7 +94,7 @@ void pop() {
     --depth;
     if (used == 0 && chunk != &inPlace) {
         chunk = chunk->before;
-        used = levelsOfLoad;
+        used = levelsInPlace;
     }
     if (depth == 0) {
         freeChunks();
@@ -167,8 +167,9 @@ APPMNGR_VISIT visitOf(const APPMNGR_HANDLER_INFO *row, const XMLP_NODE *node, co
     }
     const Element element = elementOf(node);
     const APPMNGR_HANDLER_INFO &own = g_appmngr_nodeHandlers[static_cast<uint32_t>(element)];
-    return row->handler == own.handler && !acts(element, node, param) ? APPMNGR_VISIT_MISPLACED
-                                                                      : APPMNGR_VISIT_TAKEN;
+    return row->handler == own.handler && !isValidContext(element, node, param)
+               ? APPMNGR_VISIT_MISPLACED
+               : APPMNGR_VISIT_TAKEN;
 }
 
 void tellVisitor(const XMLP_NODE *node, APPMNGR_VISIT visit) {

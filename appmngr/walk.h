@@ -1,7 +1,7 @@
 // What the walk asks of the handlers of containers, and they of the walk.
 #pragma once
 
-#include "appmngr/places.h"
+#include "appmngr/context.h"
 
 namespace velda::appmngr {
 
