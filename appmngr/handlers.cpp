@@ -3,6 +3,7 @@
 // Containers walk their children and pass them the context word; leaves write into the record under
 // the current cursor; cursors advance when a container ends. So the order of the document matters.
 
+#include "appmngr/effects.h"
 #include "appmngr/records.h"
 #include "appmngr/walk.h"
 
@@ -51,6 +52,9 @@ APPMNGR_FEATURE *currentFeature(const void *param) {
 template <Element element>
 int store(const XMLP_NODE *node, void *record, size_t which = 0) {
     constexpr ElementInfo info = infoOf(element);
+    if (hasListener(node)) {
+        notifyLeaf(node, element);
+    }
     if (record == nullptr) {
         return -1;
     }
@@ -83,44 +87,72 @@ int storeFeature(const XMLP_NODE *node, const void *param) {
 // ---- Containers ---------------------------------------------------------------------------------
 
 // All ask whether the element stands where it is counted: the walk relies on that below it.
+bool takes(const XMLP_NODE *node) {
+    if (!inCountedPath(node)) {
+        return false;
+    }
+    if (hasListener(node)) {
+        notifyContainer(node, elementOf(node));
+    }
+    return true;
+}
 
 bool enterPass(const XMLP_NODE *node, void *, Descent &) {
-    return inCountedPath(node);
+    return takes(node);
 }
 
 template <uintptr_t Selector>
 bool enterList(const XMLP_NODE *node, void *, Descent &descent) {
     descent.param = selector(Selector);
     descent.scope = Scope::database;
-    return inCountedPath(node);
+    return takes(node);
 }
 
 template <uintptr_t Selector>
 bool enterDirection(const XMLP_NODE *node, void *, Descent &descent) {
     descent.param = selector(Selector);
-    return inCountedPath(node);
+    return takes(node);
 }
 
 bool enterApp(const XMLP_NODE *node, void *, Descent &descent) {
     descent.scope = Scope::app;
-    descent.leave = [](uint32_t) {
+    descent.leave = [](const XMLP_NODE *, uint32_t) {
         ++g_appmngr_counter.appIdx;
         return 0;
     };
-    return currentApp() != nullptr && inCountedPath(node);
+    if (!takes(node)) {
+        return false;
+    }
+    if (hasListener(node)) {
+        notifyMissingId(node);
+    }
+    return currentApp() != nullptr;
 }
 
 bool enterAppType(const XMLP_NODE *node, void *, Descent &descent) {
     descent.scope = Scope::appType;
-    descent.leave = [](uint32_t) {
+    descent.leave = [](const XMLP_NODE *, uint32_t) {
         ++g_appmngr_counter.appTypeIdx;
         return 0;
     };
-    return currentAppType() != nullptr && inCountedPath(node);
+    if (!takes(node)) {
+        return false;
+    }
+    const bool hasRecord = currentAppType() != nullptr;
+    if (hasListener(node)) {
+        if (!hasRecord) {
+            notify(node, APPMNGR_EFFECT_NO_RECORD);
+        }
+        notifyMissingId(node);
+    }
+    return hasRecord;
 }
 
 // Each tuple has filled a record of its own; the rest of the rule is the same in all of them.
-int completeRule(uint32_t tuples) {
+int completeRule(const XMLP_NODE *node, uint32_t tuples) {
+    if (tuples == 0 && hasListener(node)) {
+        notify(node, APPMNGR_EFFECT_NO_TUPLE);
+    }
     APPMNGR_RULE *rule = currentRule();
     const APPMNGR_APP *app = currentApp();
     if (rule == nullptr || app == nullptr) {
@@ -139,7 +171,7 @@ int completeRule(uint32_t tuples) {
 bool enterRule(const XMLP_NODE *node, void *, Descent &descent) {
     descent.hasCounter = true;
     descent.leave = completeRule;
-    return inCountedPath(node);
+    return takes(node);
 }
 
 // Picked by the function itself: whether two addresses of functions are the same is no constant to
@@ -232,8 +264,14 @@ int _appmngr_xmlnode_handler_visible(XMLP_NODE *node, void *) {
 
 int _appmngr_xmlnode_handler_typeid(XMLP_NODE *node, void *) {
     const APPMNGR_APP *app = currentApp();
+    if (app == nullptr || !inApp(node)) {
+        return -1;
+    }
+    if (hasListener(node)) {
+        notifyLeaf(node, Element::typeId);
+    }
     int32_t id = 0;
-    if (app == nullptr || !inApp(node) || _appmngr_getNodeInt(node, &id) != 0) {
+    if (_appmngr_getNodeInt(node, &id) != 0) {
         return -1;
     }
     APPMNGR_APPTYPE *type = _appmngr_getAppTypeBydId(id);

@@ -7,6 +7,8 @@
 
 #include "appmngr/walk.h"
 
+#include "appmngr/effects.h"
+
 #include <cstdlib>
 
 APPMNGR_HANDLER_INFO *g_appmngr_handlerInfo;
@@ -29,7 +31,7 @@ struct Level {
     XMLP_NODE *child;
     const APPMNGR_HANDLER_INFO *row;
     void *param;
-    int (*leave)(uint32_t tuples);
+    int (*leave)(const XMLP_NODE *node, uint32_t tuples);
     uint32_t tuples;
     Surroundings surroundings;
 };
@@ -77,9 +79,13 @@ void freeChunks() {
     }
 }
 
+bool isAtLimit() {
+    return depth >= levelsInPlace && g_appmngr_handlerInfo == g_appmngr_nodeHandlers;
+}
+
 // Null where the walk goes no deeper.
 Level *push() {
-    if (depth >= levelsInPlace && g_appmngr_handlerInfo == g_appmngr_nodeHandlers) {
+    if (isAtLimit()) {
         return nullptr;
     }
     if (used == levelsInPlace && !extend()) {
@@ -105,6 +111,9 @@ void pop() {
 bool enterChildren(XMLP_NODE *node, const Descent &descent, bool isCounted) {
     Level *level = push();
     if (level == nullptr) {
+        if (hasListener(node) && node->firstChild != nullptr && isAtLimit()) {
+            notify(node, APPMNGR_EFFECT_TOO_DEEP);
+        }
         return false;
     }
     level->node = node;
@@ -121,8 +130,10 @@ Descent plainDescent(const XMLP_NODE *node, void *param) {
     return {param, false, scopeIn(node, scopeAround(node)), nullptr};
 }
 
-int leave(int (*leaving)(uint32_t tuples), uint32_t tuples) {
-    return leaving != nullptr ? leaving(tuples) : 0;
+using Leave = int (*)(const XMLP_NODE *node, uint32_t tuples);
+
+int leave(Leave leaving, const XMLP_NODE *node, uint32_t tuples) {
+    return leaving != nullptr ? leaving(node, tuples) : 0;
 }
 
 // ---- Handing out elements -----------------------------------------------------------------------
@@ -203,7 +214,7 @@ bool look(const XMLP_NODE *node, const void *param, Match &match) {
 void enterContainer(Enter enter, XMLP_NODE *node, void *param) {
     Descent descent = plainDescent(node, param);
     if (enter(node, param, descent) && !enterChildren(node, descent, isCounted(elementOf(node)))) {
-        leave(descent.leave, 0);
+        leave(descent.leave, node, 0);
     }
 }
 
@@ -240,9 +251,10 @@ int walkLevel() {
         }
         // After the level is gone: what is done on leaving may walk again.
         const auto leaving = level.leave;
+        const XMLP_NODE *const node = level.node;
         const uint32_t tuples = level.tuples;
         pop();
-        result = leave(leaving, tuples);
+        result = leave(leaving, node, tuples);
     }
     return result;
 }
@@ -255,7 +267,7 @@ int velda::appmngr::walkContainer(Enter enter, XMLP_NODE *node, void *param) {
         return -1;
     }
     const bool isPlaced = node != nullptr && isCounted(elementOf(node));
-    return enterChildren(node, descent, isPlaced) ? walkLevel() : leave(descent.leave, 0);
+    return enterChildren(node, descent, isPlaced) ? walkLevel() : leave(descent.leave, node, 0);
 }
 
 const Surroundings *velda::appmngr::surroundingsIn(const XMLP_NODE *parent) {

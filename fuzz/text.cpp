@@ -50,7 +50,7 @@ void checkTuple(const Text &text) {
 
 void checkNumber(const Text &text) {
     const auto expected = static_cast<int32_t>(std::strtoll(text.data(), nullptr, 10));
-    FUZZ_REQUIRE(velda::appmngr::integerOf({text.data(), text.size()}) == expected);
+    FUZZ_REQUIRE(velda::appmngr::parseInteger({text.data(), text.size()}).value == expected);
 }
 
 void checkReferences(const Text &text) {
