@@ -328,11 +328,47 @@ void xmlp_freeValueArray(XMLP_VALUE *values, uint32_t count);
 /* The document as text in a buffer that the caller frees, NUL-terminated, its length without the
  * NUL in *length: the declaration as it was read, then the elements, compact when `isCompact` is
  * not 0, else one to a line and indented by two spaces a level. Null document or length: "invalid
- * params."; "malloc failed.", also for a text of 4 GiB and more. */
+ * params."; "malloc failed.", also for a text of 4 GiB and more. Kept for compatibility: not all that it
+ * writes can be read; xmlp_writeDoc's can. */
 char *xmlp_dumpDoc(XMLP_DOC *doc, uint32_t isCompact, uint32_t *length);
 
 /* The same without the lock hooks. */
 char *xmlp_tree2Xml(const XMLP_DOC *doc, uint32_t isCompact, uint32_t *length);
+
+/* Why a document can't be written so that it reads back, its value and its message, written once. */
+#define XMLP_WRITE_CODES(X)                                                                        \
+    X(XMLP_WRITE_PARAMS, 1, "invalid params.")          /* no document or no place for the size */ \
+    X(XMLP_WRITE_NO_MEMORY, 2, "malloc failed.")        /* also for 4 GiB and more */              \
+    X(XMLP_WRITE_NAME, 3, "name can not be read back.") /* with bytes that its tags can't hold */  \
+    X(XMLP_WRITE_ATTRIBUTE, 4, "attribute can not be read back.") /* the same, or repeated */      \
+    X(XMLP_WRITE_VALUE, 5,                                                                         \
+      "value can not be read back.") /* it ends within a character, or stands \
+        beside children */                    \
+    X(XMLP_WRITE_PLACE, 6, "element can not stand there.") /* an item beside others or with    \
+        children, a second top-level element */
+
+#define XMLP_WRITE_ENUMERATOR(name, value, message) name = (value),
+typedef enum { XMLP_WRITE_NONE = 0, XMLP_WRITE_CODES(XMLP_WRITE_ENUMERATOR) } XMLP_WRITE_CODE;
+#undef XMLP_WRITE_ENUMERATOR
+
+enum { XMLP_WRITE_PATH_SIZE = 256 };
+
+typedef struct {
+    XMLP_WRITE_CODE code;
+    const char *message; /* the code's, a constant text; "" for XMLP_WRITE_NONE */
+    char path
+        [XMLP_WRITE_PATH_SIZE]; /* of the element, such as "/config/host"; empty where none is to
+                                      * blame. Longer ones are cut. */
+} XMLP_WRITE_ERROR;
+
+enum { XMLP_WRITE_INDENTED = 1 }; /* one element to a line, as xmlp_dumpDoc has it; else compact */
+
+/* The document as text that a parse makes the same tree of, in a buffer that the caller frees,
+ * NUL-terminated, its length without the NUL in *size. It differs from that of xmlp_dumpDoc where this
+ * can't be read: an element without contents has an end tag when an attribute holds a '/'.
+ * Null when it can't be written so; why and of which element stands in *error, which may be null, and in
+ * the line: "<path>: <message>". */
+char *xmlp_writeDoc(const XMLP_DOC *doc, uint32_t flags, uint32_t *size, XMLP_WRITE_ERROR *error);
 
 /* ---- Reading elements ------------------------------------------------------------------------ */
 

@@ -349,16 +349,6 @@ private:
                            isEmpty);
     }
 
-    // Can an end tag have this name? It consists of name characters, the first included, and the last one
-    // must not be a lead byte that would hide the '>'.
-    static bool canBeRepeated(std::string_view name) {
-        size_t boundary = 0;
-        while (boundary < name.size()) {
-            boundary += characterLength(name[boundary]);
-        }
-        return boundary == name.size() && !name.empty() && isNameChar(name.front());
-    }
-
     // A tag without an end: that is all that there may be.
     ScanResult acceptUnclosed() {
         isUnclosed_ = records_.elements.isEmpty();

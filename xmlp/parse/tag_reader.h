@@ -47,4 +47,8 @@ private:
     TagFault fault_ = TagFault::none;
 };
 
+// Can an end tag have this name? It consists of name characters, and its last one is no lead byte that
+// would hide the '>'.
+bool canBeRepeated(std::string_view name);
+
 } // namespace velda::xmlp
