@@ -11,7 +11,7 @@
  * A document is used by one thread at a time; different documents are independent. A thread with
  * 32 KiB of stack is enough for every call, however deep a document nests.
  *
- * Results. Unless told otherwise a call that returns int gives 0 when it is done and -1 when it
+ * Results. Unless documented otherwise a call that returns int gives 0 when it is done and -1 when it
  * refuses; a call that returns a pointer gives null. Every refusal reports one line,
  * "[ERROR][function():line]: message"; the messages are quoted below. A call that refuses leaves the
  * tree as it was. "malloc failed." stands for memory that could not be obtained.
@@ -137,7 +137,7 @@ typedef struct XMLP_TREE {
     char *header;        /* the text from its first byte through "?>", no terminator; or null */
     XMLP_NODE *rootNode; /* the document node: nameless, its child is the top-level element */
     uint32_t lock;       /* kept for the lock hooks */
-    uint32_t refCount;   /* holders of the document */
+    uint32_t refCount;   /* references to the document */
 } XMLP_TREE;
 
 /* The handle that callers hold. */
@@ -176,7 +176,7 @@ extern char *const g_xmlp_itemName;
 
 /* ---- Documents ------------------------------------------------------------------------------- */
 
-/* Parses `len` bytes of text, static when `isStatic` is not 0, into a new document with one holder;
+/* Parses `len` bytes of text, static when `isStatic` is not 0, into a new document with one reference;
  * drop it with xmlp_releaseDoc. The text is not referenced afterwards. The byte at xmlBuf[len] must
  * be NUL. Null when the text is null or refused, as xmlp_parse tells. */
 XMLP_DOC *xmlp_loadDoc(const char *xmlBuf, uint32_t len, uint32_t isStatic);
@@ -187,10 +187,10 @@ XMLP_DOC *xmlp_loadDoc(const char *xmlBuf, uint32_t len, uint32_t isStatic);
 XMLP_DOC *xmlp_loadDocWithError(const char *xmlBuf, uint32_t len, uint32_t isStatic,
                                 XMLP_ERROR *error);
 
-/* Adds a holder and returns the same document. Null: "doc is null.". */
+/* Adds a reference and returns the same document. Null: "doc is null.". */
 XMLP_DOC *xmlp_copyDoc(XMLP_DOC *doc);
 
-/* Drops a holder. The last one frees the declaration, the tree and the handle.
+/* Drops a reference. The last one frees the declaration, the tree and the handle.
  * Null: "doc is null.". */
 void xmlp_releaseDoc(XMLP_DOC *doc);
 
@@ -231,12 +231,12 @@ XMLP_NODE *xmlp_seekXml(const XMLP_DOC *doc, const char *path);
  * come in this order: a null document, path or other pointer that is not said to be optional,
  * "invalid params."; a call that changes a static document, "static xml."; no such element,
  * "node not exist."; an element of the wrong type, "error node type."; then those named. A refused
- * call changes nothing unless told otherwise. All but xmlp_isExist work between the lock hooks. */
+ * call changes nothing unless documented otherwise. All but xmlp_isExist work between the lock hooks. */
 
 /* 1 when the path names an element, else 0. */
 int xmlp_isExist(XMLP_DOC *doc, const char *path);
 
-/* A copy of an element's text, with a NUL added behind its bytes: free its `value` and the record.
+/* A copy of an element's text, with a NUL added after its bytes: free its `value` and the record.
  * For elements without children that are no list members. "malloc failed.". */
 XMLP_VALUE *xmlp_getValue(XMLP_DOC *doc, const char *path);
 
@@ -276,7 +276,7 @@ int xmlp_deleteAttr(XMLP_DOC *doc, const char *path, const char *name);
  *
  * Refusals as for documents by path (a count of 0 is "invalid params."), then: another mode,
  * "unkown mode."; positions not ascending, "error order in pos."; a member that is not there,
- * "pos over range.". Calls that return a number work in ascending order, tell how many members they
+ * "pos over range.". Calls that return a number work in ascending order, return how many members they
  * have done and stop at the first that is refused; what is done stays done. */
 
 /* 1 when the list has a member at this index, else 0. */
@@ -386,7 +386,7 @@ uint32_t xmlp_getChildNodeCount(const XMLP_NODE *node);
 /* How many attributes an element has. Null: "node is null.", 0. */
 uint32_t xmlp_getNodeAttrCount(const XMLP_NODE *node);
 
-/* 1 when a child of `parent` bears this name, else 0; 0 too when either is null. Prints nothing. */
+/* 1 when a child of `parent` has this name, else 0; 0 too when either is null. Prints nothing. */
 int xmlp_isChildNameExist(const XMLP_NODE *parent, const char *name);
 
 /* Gives an attribute's value in *value: a copy that the caller frees, or null for an attribute
@@ -398,7 +398,7 @@ int xmlp_getNodeAttr(const XMLP_NODE *node, const char *name, char **value);
  * node or name: "invalid params.", 0. */
 int xmlp_isNodeAttr(const XMLP_NODE *node, const char *name, const char *value);
 
-/* 1 when a record of the list bears exactly the `len` bytes at `name`, else 0; 0 too when the list
+/* 1 when a record of the list has exactly the `len` bytes at `name`, else 0; 0 too when the list
  * or the name is null. Prints nothing. */
 int xmlp_isAttrNameExist(const XMLP_ATTR *attrList, const char *name, uint32_t len);
 
@@ -424,7 +424,7 @@ int xmlp_insNodeBefore(XMLP_NODE *node, XMLP_NODE *sibling);
 int xmlp_addChildNode(XMLP_NODE *node, XMLP_NODE *parent, uint32_t position);
 
 /* Gives an element a name, of which a copy is kept. Null node, null or empty name:
- * "invalid params."; "invalid name." (xmlp_isValidName); a child of its parent bears the name
+ * "invalid params."; "invalid name." (xmlp_isValidName); a child of its parent has the name
  * already, the element itself included: "node name existed."; "malloc failed.". */
 int xmlp_setNodeName(XMLP_NODE *node, const char *name);
 

@@ -55,10 +55,10 @@ void putDocument(auto &sink, auto layout, const XMLP_TREE *tree) {
 char *documentText(const char *function, const XMLP_TREE *tree, auto layout, uint32_t *length) {
     Measure measure;
     putDocument(measure, layout, tree);
-    const auto room = CheckedSize(1).add(static_cast<size_t>(measure.length())).bytes();
-    const bool canBeTold = measure.length() <= UINT32_MAX;
-    *length = canBeTold ? static_cast<uint32_t>(measure.length()) : 0;
-    char *text = canBeTold && room ? static_cast<char *>(std::malloc(*room)) : nullptr;
+    const auto bytes = CheckedSize(1).add(static_cast<size_t>(measure.length())).bytes();
+    const bool isCountable = measure.length() <= UINT32_MAX;
+    *length = isCountable ? static_cast<uint32_t>(measure.length()) : 0;
+    char *text = isCountable && bytes ? static_cast<char *>(std::malloc(*bytes)) : nullptr;
     if (text == nullptr) {
         XMLP_REPORT_FOR(function, "malloc failed.");
         return nullptr;

@@ -103,7 +103,7 @@ constexpr size_t unwritable = SIZE_MAX;
 // Where in a value escaping ends, so that the '<' after it is seen; unwritable where it can't be.
 //
 // Escaping makes characters of which the value has only the beginning take other bytes than they took when
-// it was read. A reference is longer than any of them reaches, so after it the steps begin anew; and a '<'
+// it was read. A reference is longer than any of them reaches, so after it the steps start again; and a '<'
 // or '>' that lies within one need not be escaped. So all is escaped up to some reference, the last one
 // possible, and what follows stands as it is, its markup hidden. It is looked for from the end: `good` has
 // a bit for each number of bytes that may belong to a character begun before, if the rest is to end whole.
@@ -157,7 +157,7 @@ const XMLP_NODE *following(const XMLP_NODE *root, const XMLP_NODE *node) {
     return node == root ? nullptr : node->next;
 }
 
-// The names from the top-level element down, as far as there is room.
+// The names from the top-level element down, as far as the path has capacity.
 void writePath(const XMLP_NODE *root, const XMLP_NODE *node, char *path) {
     size_t end = 0;
     const XMLP_NODE *below = root;
@@ -246,22 +246,22 @@ using namespace velda::xmlp;
 
 char *xmlp_writeDoc(const XMLP_DOC *doc, uint32_t flags, uint32_t *size, XMLP_WRITE_ERROR *error) {
     XMLP_WRITE_ERROR ignored;
-    XMLP_WRITE_ERROR &told = error != nullptr ? *error : ignored;
-    told = {XMLP_WRITE_NONE, messageOf(XMLP_WRITE_NONE), {}};
+    XMLP_WRITE_ERROR &result = error != nullptr ? *error : ignored;
+    result = {XMLP_WRITE_NONE, messageOf(XMLP_WRITE_NONE), {}};
     if (doc == nullptr || size == nullptr || doc->tree == nullptr ||
         doc->tree->rootNode == nullptr) {
-        fail(XMLP_WRITE_PARAMS, told);
+        fail(XMLP_WRITE_PARAMS, result);
         return nullptr;
     }
     const XMLP_NODE *root = doc->tree->rootNode;
     for (const XMLP_NODE *node = root->firstChild; node != nullptr; node = following(root, node)) {
         const XMLP_WRITE_CODE code = check(*node);
         if (code != XMLP_WRITE_NONE) {
-            writePath(root, node, told.path);
-            fail(code, told);
+            writePath(root, node, result.path);
+            fail(code, result);
             return nullptr;
         }
     }
-    return (flags & XMLP_WRITE_INDENTED) != 0 ? writeDocument(*doc->tree, Indented{}, *size, told)
-                                              : writeDocument(*doc->tree, Compact{}, *size, told);
+    return (flags & XMLP_WRITE_INDENTED) != 0 ? writeDocument(*doc->tree, Indented{}, *size, result)
+                                              : writeDocument(*doc->tree, Compact{}, *size, result);
 }

@@ -3,7 +3,7 @@
 //   body     = text element text | text "<" rest         (rest: no further markup, no '/' first)
 //   element  = "<" tag "/>" | "<" tag ">" content "</" name ">"
 //   content  = text | text element { text element } text
-//   tag      = name { space } { attribute }              (TagReader tells what these are)
+//   tag      = name { space } { attribute }              (TagReader defines these)
 //
 // An end tag repeats the name of the start tag, which then consists of name characters; an empty element
 // may bear any name that TagReader reads. A '<' or '>' in a text is refused, unless a multi-byte lead
@@ -147,12 +147,12 @@ private:
         return result;
     }
 
-    // Null for a name that is not a short one with a '>' or a space behind it, or for want of memory.
+    // Null for a name that is not a short one followed by a '>' or a space, or for want of memory.
     [[gnu::noinline]] const PredictedName *findName(const char *name) {
         const size_t length = lengthOf(name, nameByte);
         const bool isShort = length > 0 && length <= NamePredictor::maximumLength;
         return isShort && (name[length] == '>' || name[length] == ' ')
-                   ? predictor_.take(name, length)
+                   ? predictor_.add(name, length)
                    : nullptr;
     }
 
@@ -282,13 +282,13 @@ private:
             if (length == 0 || length > NamePredictor::maximumLength || name[length] != '=') {
                 return ScanResult::refused;
             }
-            known = predictor_.take(name, length);
+            known = predictor_.add(name, length);
             if (known == nullptr) {
                 return ScanResult::noMemory;
             }
         }
         const char *value = name + known->length + 2;
-        if (known->behind != '=' || value[-1] != '"' || value > safeReadLimit_) {
+        if (known->terminator != '=' || value[-1] != '"' || value > safeReadLimit_) {
             return ScanResult::refused;
         }
         AttributeRecord attribute = {numberOfNext(), known->offset, AttributeRecord::noValue};

@@ -18,8 +18,8 @@ struct TagAttribute {
     std::string_view value;
 };
 
-// Reads the text of a tag from behind its '<' to its end character, '>' or '/', which is recognised
-// before anything else. Nothing behind a NUL is read, and, but for the first byte, nothing behind a
+// Reads the text of a tag from after its '<' to its end character, '>' or '/', which is recognised
+// before anything else. Nothing after a NUL is read, and, but for the first byte, nothing after a
 // '>'.
 class TagReader {
 public:
