@@ -64,8 +64,9 @@ TEST(Serialize, WritesSingleElements) {
 TEST(Serialize, RefusesToWriteWithoutALength) {
     const Doc doc = parseDynamic("<a/>");
     for (const uint32_t isCompact : {0u, 1u}) {
-        EXPECT_EQ(lineListOf([&] { EXPECT_EQ(xmlp_tree2Xml(doc.get(), isCompact, nullptr), nullptr); }),
-                  Lines{"xmlp_tree2Xml: invalid params."});
+        EXPECT_EQ(
+            lineListOf([&] { EXPECT_EQ(xmlp_tree2Xml(doc.get(), isCompact, nullptr), nullptr); }),
+            Lines{"xmlp_tree2Xml: invalid params."});
     }
 }
 
