@@ -174,6 +174,10 @@ enum { XMLP_POS_RANGE = 0, XMLP_POS_LIST = 1 };
 /* The name "item", shared by all list members of dynamic trees and never freed. */
 extern char *const g_xmlp_itemName;
 
+/* For the arguments `isStatic` and `isCompact`, which take any number for yes. */
+enum { XMLP_DYNAMIC = 0, XMLP_STATIC = 1 };
+enum { XMLP_INDENTED = 0, XMLP_COMPACT = 1 };
+
 /* ---- Documents ------------------------------------------------------------------------------- */
 
 /* Parses `len` bytes of text, static when `isStatic` is not 0, into a new document with one reference;
@@ -202,7 +206,9 @@ void xmlp_releaseDoc(XMLP_DOC *doc);
  * instructions. Text beside child elements is dropped; text of an element without children is its
  * value, white space included.
  *
- * Free the tree with xmlp_destroyXmlTree through a handle, or use xmlp_loadDoc instead.
+ * Most programs want xmlp_loadDoc, which gives a document that the calls by path take and that
+ * xmlp_releaseDoc frees. The bare tree of this call is freed through a handle: with xmlp_destroyXmlTree,
+ * and then free(handle.tree).
  *
  * Refusals, from the function that finds the fault outwards, all of them giving null:
  *   "xmlBuf is null.", "malloc failed.", "error in xml header." ("<?" without "?>"),
@@ -320,7 +326,8 @@ uint32_t xmlp_deleteItemAttr(XMLP_DOC *doc, const char *path, uint32_t mode, con
 XMLP_VALUE *xmlp_getItemValueByAttr(XMLP_DOC *doc, const char *path, const XMLP_ATTR_PAIR *pairs,
                                     uint32_t pairCount, uint32_t *outCount);
 
-/* Frees `count` values and their array. With a count of 0 it frees nothing. */
+/* Frees `count` values and their array: pass the count that came with them. With 0 it frees nothing, not
+ * even the array, which is then for free(). */
 void xmlp_freeValueArray(XMLP_VALUE *values, uint32_t count);
 
 /* ---- Writing a document ---------------------------------------------------------------------- */
