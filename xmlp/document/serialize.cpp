@@ -19,13 +19,7 @@ void putOpening(auto &sink, auto layout, const XMLP_NODE *node, uint32_t depth) 
     layout.indent(sink, depth);
     sink.put("<");
     sink.put(name);
-    for (const XMLP_ATTR *attr = node->attrList; attr != nullptr; attr = attr->next) {
-        sink.put(" ");
-        sink.put(textOrNothing(attr->name));
-        sink.put("=\"");
-        sink.put(textOrNothing(attr->value));
-        sink.put("\"");
-    }
+    putAttributes(sink, node);
     if (node->firstChild != nullptr) {
         sink.put(">");
     } else if (node->valueSize != 0) {

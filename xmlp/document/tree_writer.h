@@ -60,6 +60,16 @@ inline std::string_view textOrNothing(const char *text) {
     return text != nullptr ? std::string_view(text) : std::string_view();
 }
 
+inline void putAttributes(auto &sink, const XMLP_NODE *node) {
+    for (const XMLP_ATTR *attr = node->attrList; attr != nullptr; attr = attr->next) {
+        sink.put(" ");
+        sink.put(textOrNothing(attr->name));
+        sink.put("=\"");
+        sink.put(textOrNothing(attr->value));
+        sink.put("\"");
+    }
+}
+
 inline void putClosingTag(auto &sink, std::string_view name) {
     sink.put("</");
     sink.put(name);

@@ -188,13 +188,7 @@ const auto putReadableTag = [](auto &sink, auto layout, const XMLP_NODE *node, u
     layout.indent(sink, depth);
     sink.put("<");
     sink.put(name.empty() ? " " : name);
-    for (const XMLP_ATTR *attr = node->attrList; attr != nullptr; attr = attr->next) {
-        sink.put(" ");
-        sink.put(textOrNothing(attr->name));
-        sink.put("=\"");
-        sink.put(textOrNothing(attr->value));
-        sink.put("\"");
-    }
+    putAttributes(sink, node);
     while (!sink.isComplete()) { // or the '>' would be taken for a part of the last character
         sink.put(" ");
     }
