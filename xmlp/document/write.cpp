@@ -10,9 +10,9 @@
 #include "xmlp/base/memory.h"
 #include "xmlp/base/report.h"
 #include "xmlp/document/tree_writer.h"
-#include "xmlp/parse/name_predictor.h"
 #include "xmlp/parse/tag_reader.h"
 #include "xmlp/tree/attr_names.h"
+#include "xmlp/tree/node_type.h"
 #include "xmlp/xmlp_internal.h"
 
 #include <algorithm>

@@ -1,5 +1,7 @@
 #include "xmlp/parse/name_predictor.h"
 
+#include "xmlp/tree/node_type.h"
+
 namespace velda::xmlp {
 
 const PredictedName *NamePredictor::add(const char *name, size_t length) {

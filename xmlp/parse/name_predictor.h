@@ -18,8 +18,6 @@
 
 namespace velda::xmlp {
 
-constexpr std::string_view itemName = "item";
-
 // Sixteen bytes of a text.
 struct Block16 {
     uint64_t low;

@@ -33,6 +33,7 @@
 #include "xmlp/parse/name_predictor.h"
 #include "xmlp/parse/open_elements.h"
 #include "xmlp/parse/tag_reader.h"
+#include "xmlp/tree/node_type.h"
 
 #include <algorithm>
 #include <cstdlib>
