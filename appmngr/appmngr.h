@@ -323,6 +323,9 @@ int appmngr_db_checkVersion(const char *versionText, char *versionOut);
 
 /* ---- The steps of a load --------------------------------------------------------------------- */
 
+/* For tests and for those who put other elements into a database. A program that loads one needs none of
+ * this. */
+
 /* Obtains and zeroes the three buffers of a load. On failure none of them is left. */
 int appmngr_file_alloc(void);
 

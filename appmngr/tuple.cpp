@@ -39,7 +39,10 @@ uint16_t readPort(const char *text) {
 }
 
 // Reads a tuple as nearly all are written, "tcp 0:0 10.0.0.5:80": small letters, single spaces, plain
-// numbers. Splitting takes several times as long.
+// numbers. Splitting takes four times the instructions: without this, loading a large document takes 20 %
+// more and a whole run of velda-db-parser 11 % more (12 % and 7 % with the splitting as fast as it can be).
+//
+// It accepts nothing that the general way does not store alike, so that it decides on time alone.
 class PlainTuple {
 public:
     explicit PlainTuple(std::string_view text) : at_(text.data()), end_(at_ + text.size()) {}

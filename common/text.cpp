@@ -1,3 +1,4 @@
+#include "common/ascii.h"
 #include "common/common.h"
 
 #include <climits>
@@ -6,8 +7,7 @@
 namespace {
 
 int foldedByte(char c) {
-    const auto byte = static_cast<unsigned char>(c);
-    return byte >= 'A' && byte <= 'Z' ? byte - 'A' + 'a' : byte;
+    return static_cast<unsigned char>(velda::toLowerAscii(c));
 }
 
 } // namespace

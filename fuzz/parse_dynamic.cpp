@@ -79,6 +79,18 @@ void checkWritten(XMLP_DOC *doc, uint32_t isCompact) {
                  std::memcmp(again->tree->header, tree->header, tree->headerLen) == 0);
 }
 
+// Whatever was read can be written so that it is read again.
+void checkReadable(XMLP_DOC *doc, uint32_t flags) {
+    uint32_t length = 0;
+    XMLP_WRITE_ERROR error;
+    const Written written(xmlp_writeDoc(doc, flags, &length, &error));
+    FUZZ_REQUIRE(written != nullptr && error.code == XMLP_WRITE_NONE);
+    const Doc again = parse(Text({written.get(), length}), 0);
+    FUZZ_REQUIRE(again != nullptr);
+    requireSameTree(again->tree->rootNode, doc->tree->rootNode);
+    FUZZ_REQUIRE(again->tree->headerLen == doc->tree->headerLen);
+}
+
 void checkFailures(const Text &text, XMLP_DOC *doc, uint8_t failing) {
     const size_t before = liveBlocks();
     for (const uint32_t isStatic : {0U, 1U}) {
@@ -122,6 +134,8 @@ int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
             requireSameTree(doc->tree->rootNode, fixed->tree->rootNode);
             checkWritten(doc.get(), 0);
             checkWritten(doc.get(), 1);
+            checkReadable(doc.get(), 0);
+            checkReadable(doc.get(), XMLP_WRITE_INDENTED);
         }
         if (failing != noFailure) {
             checkFailures(text, doc.get(), failing);

@@ -1,5 +1,6 @@
 #include "tools/element_path.h"
 
+#include "common/ascii.h"
 #include "common/common.h"
 #include "tools/text.h"
 
@@ -8,18 +9,14 @@
 
 namespace {
 
-char smallLetter(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-std::string smallLetters(std::string_view text) {
+std::string toLower(std::string_view text) {
     std::string result(text);
-    std::transform(result.begin(), result.end(), result.begin(), smallLetter);
+    std::transform(result.begin(), result.end(), result.begin(), velda::toLowerAscii);
     return result;
 }
 
 bool isList(const XMLP_NODE *node) {
-    return node != nullptr && node->name != nullptr && smallLetters(node->name).ends_with("list");
+    return node != nullptr && node->name != nullptr && toLower(node->name).ends_with("list");
 }
 
 } // namespace
@@ -37,7 +34,7 @@ void ElementPath::enter(const XMLP_NODE *node) {
     if (levels_.empty()) {
         levels_.emplace_back().node = parent;
     }
-    const uint32_t index = ++levels_.back().seen[smallLetters(node->name)];
+    const uint32_t index = ++levels_.back().seen[toLower(node->name)];
     std::string step = joined({"/", shown(node->name)});
     if (index > 1 || isList(parent)) {
         step += joined({"[", std::to_string(index), "]"});

@@ -19,8 +19,8 @@ std::optional<std::string> indented(const std::string &text) {
     const std::unique_ptr<XMLP_DOC, ReleaseDoc> doc(
         xmlp_loadDoc(text.c_str(), static_cast<uint32_t>(text.size()), 0));
     uint32_t length = 0;
-    const velda::Owned<char> written(doc != nullptr ? xmlp_tree2Xml(doc.get(), 0, &length)
-                                                    : nullptr);
+    const velda::Owned<char> written(
+        doc != nullptr ? xmlp_writeDoc(doc.get(), XMLP_WRITE_INDENTED, &length, nullptr) : nullptr);
     return written != nullptr ? std::optional(std::string(written.get(), length)) : std::nullopt;
 }
 

@@ -11,7 +11,7 @@
  * A document is used by one thread at a time; different documents are independent. A thread with
  * 32 KiB of stack is enough for every call, however deep a document nests.
  *
- * Results. Unless told otherwise a call that returns int gives 0 when it is done and -1 when it
+ * Results. Unless documented otherwise a call that returns int gives 0 when it is done and -1 when it
  * refuses; a call that returns a pointer gives null. Every refusal reports one line,
  * "[ERROR][function():line]: message"; the messages are quoted below. A call that refuses leaves the
  * tree as it was. "malloc failed." stands for memory that could not be obtained.
@@ -137,7 +137,7 @@ typedef struct XMLP_TREE {
     char *header;        /* the text from its first byte through "?>", no terminator; or null */
     XMLP_NODE *rootNode; /* the document node: nameless, its child is the top-level element */
     uint32_t lock;       /* kept for the lock hooks */
-    uint32_t refCount;   /* holders of the document */
+    uint32_t refCount;   /* references to the document */
 } XMLP_TREE;
 
 /* The handle that callers hold. */
@@ -174,9 +174,13 @@ enum { XMLP_POS_RANGE = 0, XMLP_POS_LIST = 1 };
 /* The name "item", shared by all list members of dynamic trees and never freed. */
 extern char *const g_xmlp_itemName;
 
+/* For the arguments `isStatic` and `isCompact`, which take any number for yes. */
+enum { XMLP_DYNAMIC = 0, XMLP_STATIC = 1 };
+enum { XMLP_INDENTED = 0, XMLP_COMPACT = 1 };
+
 /* ---- Documents ------------------------------------------------------------------------------- */
 
-/* Parses `len` bytes of text, static when `isStatic` is not 0, into a new document with one holder;
+/* Parses `len` bytes of text, static when `isStatic` is not 0, into a new document with one reference;
  * drop it with xmlp_releaseDoc. The text is not referenced afterwards. The byte at xmlBuf[len] must
  * be NUL. Null when the text is null or refused, as xmlp_parse tells. */
 XMLP_DOC *xmlp_loadDoc(const char *xmlBuf, uint32_t len, uint32_t isStatic);
@@ -187,10 +191,10 @@ XMLP_DOC *xmlp_loadDoc(const char *xmlBuf, uint32_t len, uint32_t isStatic);
 XMLP_DOC *xmlp_loadDocWithError(const char *xmlBuf, uint32_t len, uint32_t isStatic,
                                 XMLP_ERROR *error);
 
-/* Adds a holder and returns the same document. Null: "doc is null.". */
+/* Adds a reference and returns the same document. Null: "doc is null.". */
 XMLP_DOC *xmlp_copyDoc(XMLP_DOC *doc);
 
-/* Drops a holder. The last one frees the declaration, the tree and the handle.
+/* Drops a reference. The last one frees the declaration, the tree and the handle.
  * Null: "doc is null.". */
 void xmlp_releaseDoc(XMLP_DOC *doc);
 
@@ -202,7 +206,9 @@ void xmlp_releaseDoc(XMLP_DOC *doc);
  * instructions. Text beside child elements is dropped; text of an element without children is its
  * value, white space included.
  *
- * Free the tree with xmlp_destroyXmlTree through a handle, or use xmlp_loadDoc instead.
+ * Most programs want xmlp_loadDoc, which gives a document that the calls by path take and that
+ * xmlp_releaseDoc frees. The bare tree of this call is freed through a handle: with xmlp_destroyXmlTree,
+ * and then free(handle.tree).
  *
  * Refusals, from the function that finds the fault outwards, all of them giving null:
  *   "xmlBuf is null.", "malloc failed.", "error in xml header." ("<?" without "?>"),
@@ -231,12 +237,12 @@ XMLP_NODE *xmlp_seekXml(const XMLP_DOC *doc, const char *path);
  * come in this order: a null document, path or other pointer that is not said to be optional,
  * "invalid params."; a call that changes a static document, "static xml."; no such element,
  * "node not exist."; an element of the wrong type, "error node type."; then those named. A refused
- * call changes nothing unless told otherwise. All but xmlp_isExist work between the lock hooks. */
+ * call changes nothing unless documented otherwise. All but xmlp_isExist work between the lock hooks. */
 
 /* 1 when the path names an element, else 0. */
 int xmlp_isExist(XMLP_DOC *doc, const char *path);
 
-/* A copy of an element's text, with a NUL added behind its bytes: free its `value` and the record.
+/* A copy of an element's text, with a NUL added after its bytes: free its `value` and the record.
  * For elements without children that are no list members. "malloc failed.". */
 XMLP_VALUE *xmlp_getValue(XMLP_DOC *doc, const char *path);
 
@@ -276,7 +282,7 @@ int xmlp_deleteAttr(XMLP_DOC *doc, const char *path, const char *name);
  *
  * Refusals as for documents by path (a count of 0 is "invalid params."), then: another mode,
  * "unkown mode."; positions not ascending, "error order in pos."; a member that is not there,
- * "pos over range.". Calls that return a number work in ascending order, tell how many members they
+ * "pos over range.". Calls that return a number work in ascending order, return how many members they
  * have done and stop at the first that is refused; what is done stays done. */
 
 /* 1 when the list has a member at this index, else 0. */
@@ -320,7 +326,8 @@ uint32_t xmlp_deleteItemAttr(XMLP_DOC *doc, const char *path, uint32_t mode, con
 XMLP_VALUE *xmlp_getItemValueByAttr(XMLP_DOC *doc, const char *path, const XMLP_ATTR_PAIR *pairs,
                                     uint32_t pairCount, uint32_t *outCount);
 
-/* Frees `count` values and their array. With a count of 0 it frees nothing. */
+/* Frees `count` values and their array: pass the count that came with them. With 0 it frees nothing, not
+ * even the array, which is then for free(). */
 void xmlp_freeValueArray(XMLP_VALUE *values, uint32_t count);
 
 /* ---- Writing a document ---------------------------------------------------------------------- */
@@ -328,11 +335,47 @@ void xmlp_freeValueArray(XMLP_VALUE *values, uint32_t count);
 /* The document as text in a buffer that the caller frees, NUL-terminated, its length without the
  * NUL in *length: the declaration as it was read, then the elements, compact when `isCompact` is
  * not 0, else one to a line and indented by two spaces a level. Null document or length: "invalid
- * params."; "malloc failed.", also for a text of 4 GiB and more. */
+ * params."; "malloc failed.", also for a text of 4 GiB and more. Kept for compatibility: not all that it
+ * writes can be read; xmlp_writeDoc's can. */
 char *xmlp_dumpDoc(XMLP_DOC *doc, uint32_t isCompact, uint32_t *length);
 
 /* The same without the lock hooks. */
 char *xmlp_tree2Xml(const XMLP_DOC *doc, uint32_t isCompact, uint32_t *length);
+
+/* Why a document can't be written so that it reads back, its value and its message, written once. */
+#define XMLP_WRITE_CODES(X)                                                                        \
+    X(XMLP_WRITE_PARAMS, 1, "invalid params.")          /* no document or no place for the size */ \
+    X(XMLP_WRITE_NO_MEMORY, 2, "malloc failed.")        /* also for 4 GiB and more */              \
+    X(XMLP_WRITE_NAME, 3, "name can not be read back.") /* with bytes that its tags can't hold */  \
+    X(XMLP_WRITE_ATTRIBUTE, 4, "attribute can not be read back.") /* the same, or repeated */      \
+    X(XMLP_WRITE_VALUE, 5,                                                                         \
+      "value can not be read back.") /* it ends within a character, or stands \
+        beside children */                    \
+    X(XMLP_WRITE_PLACE, 6, "element can not stand there.") /* an item beside others or with    \
+        children, a second top-level element */
+
+#define XMLP_WRITE_ENUMERATOR(name, value, message) name = (value),
+typedef enum { XMLP_WRITE_NONE = 0, XMLP_WRITE_CODES(XMLP_WRITE_ENUMERATOR) } XMLP_WRITE_CODE;
+#undef XMLP_WRITE_ENUMERATOR
+
+enum { XMLP_WRITE_PATH_SIZE = 256 };
+
+typedef struct {
+    XMLP_WRITE_CODE code;
+    const char *message; /* the code's, a constant text; "" for XMLP_WRITE_NONE */
+    char path
+        [XMLP_WRITE_PATH_SIZE]; /* of the element, such as "/config/host"; empty where none is to
+                                      * blame. Longer ones are cut. */
+} XMLP_WRITE_ERROR;
+
+enum { XMLP_WRITE_INDENTED = 1 }; /* one element to a line, as xmlp_dumpDoc has it; else compact */
+
+/* The document as text that a parse makes the same tree of, in a buffer that the caller frees,
+ * NUL-terminated, its length without the NUL in *size. It differs from that of xmlp_dumpDoc where this
+ * can't be read: an element without contents has an end tag when an attribute holds a '/'.
+ * Null when it can't be written so; why and of which element stands in *error, which may be null, and in
+ * the line: "<path>: <message>". */
+char *xmlp_writeDoc(const XMLP_DOC *doc, uint32_t flags, uint32_t *size, XMLP_WRITE_ERROR *error);
 
 /* ---- Reading elements ------------------------------------------------------------------------ */
 
@@ -350,7 +393,7 @@ uint32_t xmlp_getChildNodeCount(const XMLP_NODE *node);
 /* How many attributes an element has. Null: "node is null.", 0. */
 uint32_t xmlp_getNodeAttrCount(const XMLP_NODE *node);
 
-/* 1 when a child of `parent` bears this name, else 0; 0 too when either is null. Prints nothing. */
+/* 1 when a child of `parent` has this name, else 0; 0 too when either is null. Prints nothing. */
 int xmlp_isChildNameExist(const XMLP_NODE *parent, const char *name);
 
 /* Gives an attribute's value in *value: a copy that the caller frees, or null for an attribute
@@ -362,7 +405,7 @@ int xmlp_getNodeAttr(const XMLP_NODE *node, const char *name, char **value);
  * node or name: "invalid params.", 0. */
 int xmlp_isNodeAttr(const XMLP_NODE *node, const char *name, const char *value);
 
-/* 1 when a record of the list bears exactly the `len` bytes at `name`, else 0; 0 too when the list
+/* 1 when a record of the list has exactly the `len` bytes at `name`, else 0; 0 too when the list
  * or the name is null. Prints nothing. */
 int xmlp_isAttrNameExist(const XMLP_ATTR *attrList, const char *name, uint32_t len);
 
@@ -388,7 +431,7 @@ int xmlp_insNodeBefore(XMLP_NODE *node, XMLP_NODE *sibling);
 int xmlp_addChildNode(XMLP_NODE *node, XMLP_NODE *parent, uint32_t position);
 
 /* Gives an element a name, of which a copy is kept. Null node, null or empty name:
- * "invalid params."; "invalid name." (xmlp_isValidName); a child of its parent bears the name
+ * "invalid params."; "invalid name." (xmlp_isValidName); a child of its parent has the name
  * already, the element itself included: "node name existed."; "malloc failed.". */
 int xmlp_setNodeName(XMLP_NODE *node, const char *name);
 

@@ -54,7 +54,7 @@ int _setType(XMLP_NODE *node, uint32_t isStatic);
  * of the table. A linear search. Null: "invalid params.". */
 char *_findName(const char *nameTable, const char *string, uint32_t len);
 
-/* Stores a tag's names and attribute values in a name table with room for them and gives the number
+/* Stores a tag's names and attribute values in a name table with the capacity for them and gives the number
  * of its attributes. Null: "invalid params.", 0. */
 uint32_t _saveNameAttr(const char *tag, char endCharacter, char *nameTable);
 
@@ -80,8 +80,8 @@ XMLP_NODE *_item2Node(const XMLP_ITEM *item);
 
 /* ---- Writing --------------------------------------------------------------------------------- */
 
-/* Write an element, compact or indented as one at this depth, to a buffer with room for it, without
- * a terminator, and give the position behind it; a null node writes nothing. "buf is null.". */
+/* Write an element, compact or indented as one at this depth, to a buffer of its size, without
+ * a terminator, and give the position after it; a null node writes nothing. "buf is null.". */
 char *_tree2Xml(const XMLP_NODE *node, char *position);
 char *_tree2FormatXml(const XMLP_NODE *node, char *position, uint32_t depth);
 

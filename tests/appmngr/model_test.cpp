@@ -184,6 +184,53 @@ TEST_F(Model, StoresTuplesOrRefusesThemWithALine) {
     });
 }
 
+// Each in a tuple of the plainest form but for that, and in one in capitals, with each fault in either place
+// and ports that are numbers only to who reads them so.
+TEST_F(Model, RefusesTuplesWithWrongAddresses) {
+    for (const std::string address : {"01.2.3.4",
+                                      "001.2.3.4",
+                                      "1.2.3.04",
+                                      "00",
+                                      "00.0.0.0",
+                                      "0.0",
+                                      "1",
+                                      "1.2.3",
+                                      "1.2.3.4.5",
+                                      "0.0.0.0.0",
+                                      "1..3.4",
+                                      ".1.2.3",
+                                      "1.2.3.",
+                                      "256.2.3.4",
+                                      "1.2.3.256",
+                                      "4294967297.2.3.4",
+                                      "1.2.3.18446744073709551620",
+                                      "1.2.3.4x",
+                                      "+1.2.3.4",
+                                      "x"}) {
+        for (const std::string protocol : {"tcp ", "TCP "}) {
+            const std::string tuples[] = {protocol + address + ":01 " + address + ":02",
+                                          protocol + address + ":1 0:2",
+                                          protocol + "9.8.7.6:5 " + address + ":2"};
+            std::string lines;
+            const std::string head = "[Error](_appmngr_xmlnode_handler_tuple) ";
+            lines.append(head).append("1318: inet_pton failed! str = [" + address + "]\n");
+            lines += lines;
+            lines.append(head).append("1362: inet_pton failed, str = [" + address + "]!\n");
+            std::string elements;
+            for (const std::string &tuple : tuples) {
+                elements += "<tuple>" + tuple + "</tuple>";
+            }
+            ASSERT_EQ(load(smallDocument(appElement(1, "one",
+                                                    "<ruleList><rule><tupleList>" + elements +
+                                                        "</tupleList></rule></ruleList>"))),
+                      0);
+            EXPECT_EQ(printed, lines);
+            EXPECT_EQ(g_appmngr_appDb.ruleCount, 1u);
+            EXPECT_EQ(endpoints(g_appmngr_appDb.rule[1]), "6 9.8.7.6:5 0.0.0.0:0");
+        }
+    }
+}
+
 TEST_F(Model, StoresTuplesInCountedRecords) {
     ASSERT_EQ(load(smallDocument()), 0);
     XMLP_NODE node = {};

@@ -31,6 +31,15 @@ TEST(Bytes, BelongToTheirClasses) {
     EXPECT_EQ(xmlp_isValidName("ab c", 2), 1);
 }
 
+TEST(Bytes, OfWhiteSpaceAreSkipped) {
+    for (const std::string space : {"", " ", "\t\r\n ", "    \n\n"}) {
+        for (const std::string rest : {"", "x ", "\v "}) {
+            const std::string text = space + rest;
+            EXPECT_EQ(_skipWhiteSpace(text.c_str()), text.c_str() + space.size()) << text;
+        }
+    }
+}
+
 TEST(Bytes, ComparesNamesToTheEnd) {
     forEachCase("names.cases", [](const Case &test) {
         const std::string name = test.text("name");

@@ -241,6 +241,8 @@ TEST(Items, CallsChangeMembers) {
         {letters, remove(XMLP_POS_LIST, {0}, 0), -1, nullptr, {"xmlp_deleteItem: invalid params."}},
         {letters, remove(XMLP_POS_RANGE, {1}, 5), -1, nullptr,
          {"xmlp_deleteItem: pos over range."}},
+        {letters, remove(XMLP_POS_LIST, {0, 2, 1, 3}, 4), -1, nullptr,
+         {"_checkOrder: error order in pos."}},
         {ab, set({value("1"), {0, nullptr}}), 2, "<l><item>1</item><item/></l>"},
         {ab, set({value("1"), value("")}), 1, "<l><item>1</item><item>b</item></l>",
          {"xmlp_setNodeValue: value is not null but valueSize is 0."}},

@@ -61,6 +61,15 @@ TEST(Serialize, WritesSingleElements) {
     EXPECT_EQ(std::string(buffer, _tree2FormatXml(r, buffer, 1)), "  <r>\n    <a>1</a>\n  </r>\n");
 }
 
+TEST(Serialize, RefusesToWriteWithoutALength) {
+    const Doc doc = parseDynamic("<a/>");
+    for (const uint32_t isCompact : {0u, 1u}) {
+        EXPECT_EQ(
+            lineListOf([&] { EXPECT_EQ(xmlp_tree2Xml(doc.get(), isCompact, nullptr), nullptr); }),
+            Lines{"xmlp_tree2Xml: invalid params."});
+    }
+}
+
 TEST(Serialize, RefusesTextsBeyond4GiB) {
     std::string text;
     std::string closing;

@@ -1,4 +1,4 @@
-// A growing array of plain records that tells when memory runs out.
+// A growing array of plain records that reports when memory runs out.
 #pragma once
 
 #include "xmlp/base/memory.h"

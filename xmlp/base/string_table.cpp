@@ -130,7 +130,7 @@ bool StringTable::intern(std::string_view string, size_t &offset) {
 bool StringTable::append(std::string_view string, size_t place, Slot *slot, uint32_t rest,
                          size_t &offset) {
     const size_t words = entrySize(string.size()) / wordSize;
-    // One all-zero word must remain behind the entry.
+    // One all-zero word must follow the entry.
     const auto needed = CheckedSize(usedBytes()).add(words + 1, wordSize).bytes();
     if (!needed || (*needed > tableBytes_ && !growTable(*needed))) {
         return false;

@@ -31,7 +31,7 @@ void writeEntry(char *place, std::string_view string);
 // search from the table's start would find, without searching.
 //
 // The index knows every word position by two things: the four bytes there, and the position of the
-// string that follows them (the empty string behind the last ones). Looking a string up means going
+// string that follows them (the empty string after the last ones). Looking a string up means going
 // through its words from the last to the first; two equal tails always meet in one position, the
 // earliest, so no bytes are ever compared.
 class StringTable {

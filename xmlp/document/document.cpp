@@ -1,4 +1,4 @@
-// Document handles: lifetime, holders and the lock hooks.
+// Document handles: lifetime, reference counts and the lock hooks.
 
 #include "xmlp/base/report.h"
 #include "xmlp/xmlp_internal.h"

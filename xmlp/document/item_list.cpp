@@ -1,4 +1,4 @@
-// Lists: nodes whose children are all named "item" and are told apart by their positions.
+// Lists: nodes whose children are all named "item" and are distinguished by position.
 
 #include "xmlp/base/memory.h"
 #include "xmlp/document/frame.h"
@@ -31,7 +31,7 @@ struct Positions {
         return mode == XMLP_POS_RANGE ? positions[0] + (count - 1) : positions[count - 1];
     }
 
-    // Several items that end at XMLP_POS_LAST or wrap around would lie behind the last item.
+    // Several items that end at XMLP_POS_LAST or wrap around would lie after the last item.
     bool runPastTheEnd() const {
         return count > 1 && (last() == XMLP_POS_LAST || last() < positions[0]);
     }
@@ -81,7 +81,7 @@ std::optional<uint32_t> onSelected(const char *function, const XMLP_NODE *list,
     return selected.count;
 }
 
-// The frame of the calls that work item by item and tell how many they have done.
+// The frame of the calls that work item by item and return how many they have done.
 template <class Work>
 uint32_t onItems(const Call &call, const Positions &selected, Work work) {
     Call checked = call;
@@ -97,7 +97,7 @@ void deleteAll(const XMLP_NODE *list) {
     }
 }
 
-// Links a new item behind `previous`, or, for the first of them, where the call wants it.
+// Links a new item after `previous`, or, for the first of them, where the call wants it.
 void linkItem(XMLP_NODE *item, XMLP_NODE *list, XMLP_NODE *previous, uint32_t position) {
     if (previous != nullptr) {
         xmlp_insNodeAfter(item, previous);

@@ -1,14 +1,10 @@
-// Trees written back as text, compact or indented.
-//
-// Measuring and writing are one walk over the tree, once with a sink that counts and once with a
-// sink that stores, so the buffer has exactly the size of what is written. The walk goes by parent
-// links; a tree may be as deep as it likes.
+// Trees written back as text, compact or indented, in the form that devices know.
 
 #include "xmlp/base/entities.h"
 #include "xmlp/base/memory.h"
 #include "xmlp/base/report.h"
-#include "xmlp/base/words.h"
 #include "xmlp/document/frame.h"
+#include "xmlp/document/tree_writer.h"
 #include "xmlp/xmlp_internal.h"
 
 #include <cstring>
@@ -17,72 +13,13 @@
 namespace velda::xmlp {
 namespace {
 
-class Measure {
-public:
-    void put(std::string_view text) { length_ += text.size(); }
-    void spaces(uint64_t count) { length_ += count; }
-    uint64_t length() const { return length_; }
-
-private:
-    uint64_t length_ = 0;
-};
-
-class Writer {
-public:
-    explicit Writer(char *position) : position_(position) {}
-
-    void put(std::string_view text) {
-        copyText(position_, text);
-        position_ += text.size();
-    }
-    void spaces(uint64_t count) {
-        constexpr std::string_view some = "                                ";
-        if (count <= some.size()) {
-            put({some.data(), static_cast<size_t>(count)});
-        } else {
-            std::memset(position_, ' ', static_cast<size_t>(count));
-            position_ += count;
-        }
-    }
-    char *position() const { return position_; }
-
-private:
-    char *position_;
-};
-
-struct Compact {
-    void indent(auto &, uint32_t) const {}
-    void endLine(auto &) const {}
-};
-
-struct Indented {
-    void indent(auto &sink, uint32_t depth) const { sink.spaces(uint64_t{2} * depth); }
-    void endLine(auto &sink) const { sink.put("\n"); }
-};
-
-std::string_view textOrNothing(const char *text) {
-    return text != nullptr ? std::string_view(text) : std::string_view();
-}
-
-void putClosingTag(auto &sink, std::string_view name) {
-    sink.put("</");
-    sink.put(name);
-    sink.put(">");
-}
-
 // An element up to its first child: all of it where it has none.
 void putOpening(auto &sink, auto layout, const XMLP_NODE *node, uint32_t depth) {
     const std::string_view name = textOrNothing(node->name);
     layout.indent(sink, depth);
     sink.put("<");
     sink.put(name);
-    for (const XMLP_ATTR *attr = node->attrList; attr != nullptr; attr = attr->next) {
-        sink.put(" ");
-        sink.put(textOrNothing(attr->name));
-        sink.put("=\"");
-        sink.put(textOrNothing(attr->value));
-        sink.put("\"");
-    }
+    putAttributes(sink, node);
     if (node->firstChild != nullptr) {
         sink.put(">");
     } else if (node->valueSize != 0) {
@@ -95,32 +32,9 @@ void putOpening(auto &sink, auto layout, const XMLP_NODE *node, uint32_t depth) 
     layout.endLine(sink);
 }
 
-// The sink goes in and out by value and all that is called is inlined, so that its position stays in
-// a register.
-template <class Sink>
-[[gnu::flatten]] Sink putElement(Sink sink, auto layout, const XMLP_NODE *element, uint32_t depth) {
-    const XMLP_NODE *node = element;
-    while (true) {
-        putOpening(sink, layout, node, depth);
-        if (node->firstChild != nullptr) {
-            node = node->firstChild;
-            ++depth;
-            continue;
-        }
-        // Up through the elements that end here, as far as the next sibling.
-        while (node != element && node->next == nullptr) {
-            node = node->parent;
-            --depth;
-            layout.indent(sink, depth);
-            putClosingTag(sink, textOrNothing(node->name));
-            layout.endLine(sink);
-        }
-        if (node == element) {
-            return sink;
-        }
-        node = node->next;
-    }
-}
+const auto putOpeningTag = [](auto &sink, auto layout, const XMLP_NODE *node, uint32_t depth) {
+    putOpening(sink, layout, node, depth);
+};
 
 void putDocument(auto &sink, auto layout, const XMLP_TREE *tree) {
     if (tree->headerLen != 0) {
@@ -128,17 +42,17 @@ void putDocument(auto &sink, auto layout, const XMLP_TREE *tree) {
         layout.endLine(sink);
     }
     for (const XMLP_NODE *top = tree->rootNode->firstChild; top != nullptr; top = top->next) {
-        sink = putElement(sink, layout, top, 0);
+        sink = writeElement(sink, layout, top, 0, putOpeningTag);
     }
 }
 
 char *documentText(const char *function, const XMLP_TREE *tree, auto layout, uint32_t *length) {
     Measure measure;
     putDocument(measure, layout, tree);
-    const auto room = CheckedSize(1).add(static_cast<size_t>(measure.length())).bytes();
-    const bool canBeTold = measure.length() <= UINT32_MAX;
-    *length = canBeTold ? static_cast<uint32_t>(measure.length()) : 0;
-    char *text = canBeTold && room ? static_cast<char *>(std::malloc(*room)) : nullptr;
+    const auto bytes = CheckedSize(1).add(static_cast<size_t>(measure.length())).bytes();
+    const bool isCountable = measure.length() <= UINT32_MAX;
+    *length = isCountable ? static_cast<uint32_t>(measure.length()) : 0;
+    char *text = isCountable && bytes ? static_cast<char *>(std::malloc(*bytes)) : nullptr;
     if (text == nullptr) {
         XMLP_REPORT_FOR(function, "malloc failed.");
         return nullptr;
@@ -158,7 +72,7 @@ char *elementText(const char *function, const XMLP_NODE *node, char *position, a
         XMLP_REPORT_FOR(function, "buf is null.");
         return nullptr;
     }
-    return putElement(Writer(position), layout, node, depth).position();
+    return writeElement(Writer(position), layout, node, depth, putOpeningTag).position();
 }
 
 } // namespace

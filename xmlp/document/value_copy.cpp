@@ -12,8 +12,8 @@ bool copyValue(const XMLP_NODE &node, Terminator terminator, XMLP_VALUE &value) 
     if (size == 0) {
         return true;
     }
-    const auto room = CheckedSize(size).add(terminator == Terminator::added ? 1 : 0).bytes();
-    auto copy = room ? allocate<char>(*room) : nullptr;
+    const auto bytes = CheckedSize(size).add(terminator == Terminator::added ? 1 : 0).bytes();
+    auto copy = bytes ? allocate<char>(*bytes) : nullptr;
     if (copy == nullptr) {
         return false;
     }

@@ -3,7 +3,7 @@
 #include "xmlp/base/report.h"
 #include "xmlp/parse/builders.h"
 #include "xmlp/parse/scanner.h"
-#include "xmlp/steps/tag_records.h"
+#include "xmlp/tree/copies.h"
 #include "xmlp/tree/owned_node.h"
 
 namespace velda::xmlp {
@@ -66,7 +66,7 @@ private:
         XMLP_ATTR *last = nullptr;
         for (; !attributes_.empty() && attributes_.front().element == number;
              attributes_ = attributes_.last(attributes_.size() - 1)) {
-            XMLP_ATTR *attr = newAttr(attributeOf(attributes_.front()));
+            XMLP_ATTR *attr = newCopyOf(attributes_.front());
             if (attr == nullptr) {
                 XMLP_REPORT_FOR("_getNameAttr", "malloc failed.");
                 return false;
@@ -116,9 +116,10 @@ private:
 
     std::string_view nameAt(uint32_t offset) const { return names_ + offset; }
 
-    TagAttribute attributeOf(const AttributeRecord &attribute) const {
+    XMLP_ATTR *newCopyOf(const AttributeRecord &attribute) const {
         const bool hasValue = attribute.value != AttributeRecord::noValue;
-        return {names_ + attribute.name, hasValue ? names_ + attribute.value : std::string_view()};
+        return newAttr(names_ + attribute.name,
+                       hasValue ? names_ + attribute.value : std::string_view());
     }
 
     const char *body_;

@@ -1,8 +1,10 @@
 #include "xmlp/parse/name_predictor.h"
 
+#include "xmlp/tree/node_type.h"
+
 namespace velda::xmlp {
 
-const PredictedName *NamePredictor::take(const char *name, size_t length) {
+const PredictedName *NamePredictor::add(const char *name, size_t length) {
     constexpr uint64_t multiplier = 0x9E3779B97F4A7C15;
     const Block16 text = load16(name);
     const Block16 &mask = masks[length + 1];
@@ -27,7 +29,7 @@ const PredictedName *NamePredictor::take(const char *name, size_t length) {
                  &none_,
                  &none_};
     }
-    last_->second = std::exchange(last_->next, &known);
+    last_->alternate = std::exchange(last_->successor, &known);
     last_ = &known;
     return &known;
 }

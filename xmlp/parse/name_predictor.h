@@ -1,8 +1,8 @@
 // The short names that a text has shown so far, to be recognised where they come again.
 //
 // They repeat in the order they came in before. So each name remembers which ones followed it, and
-// one comparison of sixteen bytes, with the byte behind it among them, mostly tells what
-// stands at a place in the text, its length and where the name table has it.
+// one 16-byte compare, which includes the byte after the name, usually identifies the name, its length
+// and its offset in the string table.
 #pragma once
 
 #include "xmlp/base/string_table.h"
@@ -17,8 +17,6 @@
 #include <utility>
 
 namespace velda::xmlp {
-
-constexpr std::string_view itemName = "item";
 
 // Sixteen bytes of a text.
 struct Block16 {
@@ -46,15 +44,15 @@ constexpr std::array<Block16, sizeof(Block16) + 1> makeMasks() {
 inline constexpr std::array<Block16, sizeof(Block16) + 1> masks = makeMasks();
 
 struct PredictedName {
-    Block16 words; // the name and the byte behind it
-    Block16 mask;  // what these take of sixteen bytes
+    Block16 words; // the name and the byte after it
+    Block16 mask;  // what these add of sixteen bytes
     uint32_t length;
     uint32_t offset; // in the name table
-    uint32_t kind;   // as a child, when a '>' is behind the name; else noChildren
+    uint32_t kind;   // as a child, when a '>' follows the name; else noChildren
     bool isItem;
-    char behind;           // the byte behind the name
-    PredictedName *next;   // the name that followed it the last time
-    PredictedName *second; // and another that did so before
+    char terminator;          // the byte after the name
+    PredictedName *successor; // the name that followed it the last time
+    PredictedName *alternate; // and another that did so before
 
     bool matches(const Block16 &text) const {
         return (((text.low & mask.low) ^ words.low) | ((text.high & mask.high) ^ words.high)) == 0;
@@ -68,27 +66,27 @@ public:
 
     explicit NamePredictor(StringTable &names) : names_(names) {
         none_.words.low = 1; // outside its mask: stands nowhere
-        none_.next = &none_;
-        none_.second = &none_;
+        none_.successor = &none_;
+        none_.alternate = &none_;
     }
     NamePredictor(const NamePredictor &) = delete;
     NamePredictor &operator=(const NamePredictor &) = delete;
 
     // A name that has followed the last one before, if it's what the text goes on with, else null.
     const PredictedName *predictNext(const Block16 &text) {
-        if (!last_->next->matches(text)) [[unlikely]] {
-            if (!last_->second->matches(text)) {
+        if (!last_->successor->matches(text)) [[unlikely]] {
+            if (!last_->alternate->matches(text)) {
                 return nullptr;
             }
-            std::swap(last_->next, last_->second);
+            std::swap(last_->successor, last_->alternate);
         }
-        last_ = last_->next;
+        last_ = last_->successor;
         return last_;
     }
 
     // A name of at most that length, which is interned unless it is known. There are sixteen bytes to
-    // read, and neither the name nor the byte behind it is NUL. Null when memory runs out.
-    const PredictedName *take(const char *name, size_t length);
+    // read, and neither the name nor the byte after it is NUL. Null when memory runs out.
+    const PredictedName *add(const char *name, size_t length);
 
     // True once memory has run out.
     bool isOutOfMemory() const { return isOutOfMemory_; }

@@ -3,7 +3,7 @@
 //   body     = text element text | text "<" rest         (rest: no further markup, no '/' first)
 //   element  = "<" tag "/>" | "<" tag ">" content "</" name ">"
 //   content  = text | text element { text element } text
-//   tag      = name { space } { attribute }              (TagReader tells what these are)
+//   tag      = name { space } { attribute }              (TagReader defines these)
 //
 // An end tag repeats the name of the start tag, which then consists of name characters; an empty element
 // may bear any name that TagReader reads. A '<' or '>' in a text is refused, unless a multi-byte lead
@@ -33,6 +33,7 @@
 #include "xmlp/parse/name_predictor.h"
 #include "xmlp/parse/open_elements.h"
 #include "xmlp/parse/tag_reader.h"
+#include "xmlp/tree/node_type.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -147,12 +148,12 @@ private:
         return result;
     }
 
-    // Null for a name that is not a short one with a '>' or a space behind it, or for want of memory.
+    // Null for a name that is not a short one followed by a '>' or a space, or for want of memory.
     [[gnu::noinline]] const PredictedName *findName(const char *name) {
         const size_t length = lengthOf(name, nameByte);
         const bool isShort = length > 0 && length <= NamePredictor::maximumLength;
         return isShort && (name[length] == '>' || name[length] == ' ')
-                   ? predictor_.take(name, length)
+                   ? predictor_.add(name, length)
                    : nullptr;
     }
 
@@ -282,13 +283,13 @@ private:
             if (length == 0 || length > NamePredictor::maximumLength || name[length] != '=') {
                 return ScanResult::refused;
             }
-            known = predictor_.take(name, length);
+            known = predictor_.add(name, length);
             if (known == nullptr) {
                 return ScanResult::noMemory;
             }
         }
         const char *value = name + known->length + 2;
-        if (known->behind != '=' || value[-1] != '"' || value > safeReadLimit_) {
+        if (known->terminator != '=' || value[-1] != '"' || value > safeReadLimit_) {
             return ScanResult::refused;
         }
         AttributeRecord attribute = {numberOfNext(), known->offset, AttributeRecord::noValue};
@@ -347,16 +348,6 @@ private:
         }
         return endStartTag(close + 1, name, static_cast<uint32_t>(offset), name == itemName,
                            isEmpty);
-    }
-
-    // Can an end tag have this name? It consists of name characters, the first included, and the last one
-    // must not be a lead byte that would hide the '>'.
-    static bool canBeRepeated(std::string_view name) {
-        size_t boundary = 0;
-        while (boundary < name.size()) {
-            boundary += characterLength(name[boundary]);
-        }
-        return boundary == name.size() && !name.empty() && isNameChar(name.front());
     }
 
     // A tag without an end: that is all that there may be.

@@ -29,10 +29,10 @@ constexpr size_t indexPadding = 8;
 // but the last with chunkSize bytes.
 using Indexer = size_t (*)(const char *text, size_t size, uint16_t *offsets, IndexState &state);
 
-// Those that this processor has, the quickest first; the last is the one that every processor has.
+// Those that this processor has, the fastest first; the last is the one that every processor has.
 std::span<const Indexer> indexers();
 
-// The quickest one.
+// The fastest one.
 Indexer fastestIndexer();
 
 } // namespace velda::xmlp

@@ -2,6 +2,8 @@
 
 #include "xmlp/base/chars.h"
 
+#include <algorithm>
+
 namespace velda::xmlp {
 namespace {
 
@@ -71,6 +73,15 @@ bool TagReader::readAttribute(TagAttribute &attribute) {
     attribute.value = between(begin, cursor);
     position_ = skipWhiteSpace(cursor + 1);
     return true;
+}
+
+bool canBeRepeated(std::string_view name) {
+    size_t boundary = 0;
+    while (boundary < name.size()) {
+        boundary += characterLength(name[boundary]);
+    }
+    return boundary == name.size() && !name.empty() &&
+           std::all_of(name.begin(), name.end(), isNameChar);
 }
 
 } // namespace velda::xmlp

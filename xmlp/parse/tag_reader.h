@@ -18,8 +18,8 @@ struct TagAttribute {
     std::string_view value;
 };
 
-// Reads the text of a tag from behind its '<' to its end character, '>' or '/', which is recognised
-// before anything else. Nothing behind a NUL is read, and, but for the first byte, nothing behind a
+// Reads the text of a tag from after its '<' to its end character, '>' or '/', which is recognised
+// before anything else. Nothing after a NUL is read, and, but for the first byte, nothing after a
 // '>'.
 class TagReader {
 public:
@@ -46,5 +46,9 @@ private:
     char end_;
     TagFault fault_ = TagFault::none;
 };
+
+// Can an end tag have this name? It consists of name characters, and its last one is no lead byte that
+// would hide the '>'.
+bool canBeRepeated(std::string_view name);
 
 } // namespace velda::xmlp

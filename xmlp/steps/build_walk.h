@@ -6,7 +6,7 @@
 //   XMLP_NODE *newNode()                   a node with all fields zero, or null
 //   bool readTag(tag, endCharacter)        a tag has been met, at its '>'
 //   bool applyTag(XMLP_NODE *)             gives a node the name and attributes of that tag
-//   char *newValue(uint32_t size)          room for a text, or null
+//   char *newValue(uint32_t size)          memory for a value, or null
 //   void drop(XMLP_NODE *)              drops a node that is not linked yet
 //
 // An element is made as late as possible: when the text shows whether it has children or a value.

@@ -15,7 +15,7 @@
 namespace velda::xmlp {
 namespace {
 
-// Counts what a tree of the body will hold. `countTag` is given every start tag and tells the
+// Counts what a tree of the body will hold. `countTag` is given every start tag and returns the
 // number of its attributes, or nothing to end the count in failure.
 template <class CountTag>
 std::optional<Counts> countBody(std::string_view body, CountTag countTag) {
@@ -133,7 +133,7 @@ private:
     size_t tagAttributes_ = 0;
 };
 
-// The document node takes the first record, the elements the `counts.elements` behind it.
+// The document node takes the first record, the elements the `counts.elements` after it.
 template <class Names>
 XMLP_NODE *build(std::string_view body, Names &names, const Counts &counts, char *values,
                  XMLP_ATTR *attrs, XMLP_NODE *nodes, Diagnosis &diagnosis) {

@@ -2,6 +2,7 @@
 
 #include "xmlp/base/report.h"
 #include "xmlp/tree/attr_names.h"
+#include "xmlp/tree/copies.h"
 
 #include <cstring>
 
@@ -29,26 +30,6 @@ char *IndexedNames::findNew(std::string_view name, const XMLP_ATTR *) {
     return isRepeated ? nullptr : base_ + offset;
 }
 
-Owned<char> newText(std::string_view text) {
-    auto copy = allocate<char>(text.size() + 1);
-    if (copy != nullptr) {
-        std::memcpy(copy.get(), text.data(), text.size());
-        copy.get()[text.size()] = '\0';
-    }
-    return copy;
-}
-
-XMLP_ATTR *newAttr(const TagAttribute &attribute) {
-    auto name = newText(attribute.name);
-    auto value = attribute.value.empty() ? nullptr : newText(attribute.value);
-    auto attr = allocate<XMLP_ATTR>(sizeof(XMLP_ATTR));
-    if (name == nullptr || attr == nullptr || (value == nullptr && !attribute.value.empty())) {
-        return nullptr;
-    }
-    *attr = {name.release(), value.release(), nullptr};
-    return attr.release();
-}
-
 bool readDynamicTag(const char *tag, char endCharacter, char *&name, XMLP_ATTR *&attrs,
                     Diagnosis &diagnosis) {
     TagReader reader(tag, endCharacter);
@@ -71,7 +52,8 @@ bool readDynamicTag(const char *tag, char endCharacter, char *&name, XMLP_ATTR *
                         attribute.name.data());
             return false;
         }
-        XMLP_ATTR *attr = added == AttrNames::Result::isNew ? newAttr(attribute) : nullptr;
+        XMLP_ATTR *attr =
+            added == AttrNames::Result::isNew ? newAttr(attribute.name, attribute.value) : nullptr;
         if (attr == nullptr) {
             XMLP_REFUSE(diagnosis, tagReaderName, XMLP_ERROR_NO_MEMORY, nullptr);
             return false;

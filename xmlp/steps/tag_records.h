@@ -42,12 +42,8 @@ private:
 // In whose name tags are refused.
 inline constexpr char tagReaderName[] = "_getNameAttr";
 
-// Parts of a dynamic tree; null when memory runs out.
-Owned<char> newText(std::string_view text); // with a NUL behind it
-XMLP_ATTR *newAttr(const TagAttribute &attribute);
-
 // Reads a tag that passed the check: `name` becomes the element's name, and the attributes are
-// written as consecutive records at `attrs`, of which there is room for `capacity`. The number of
+// written as consecutive records at `attrs`, at most `capacity` of them. The number of
 // attributes, or nothing when the tag can't be read.
 template <class Names>
 std::optional<size_t> readStaticTag(const char *tag, char endCharacter, Names &names, char *&name,

@@ -35,7 +35,7 @@ bool copyText(const char *value, Owned<char> &copy) {
 
 constexpr char adder[] = "xmlp_addNodeAttr";
 
-// As far as can be told without a look at those that are there.
+// What can be checked without those that exist.
 bool canBeAdded(const XMLP_NODE *node, const char *name, const char *value) {
     if (node == nullptr || name == nullptr || name[0] == '\0') {
         XMLP_REPORT_FOR(adder, "invalid params.");
@@ -52,7 +52,7 @@ bool canBeAdded(const XMLP_NODE *node, const char *name, const char *value) {
     return true;
 }
 
-// A new attribute behind the last one, which is null where there is none. Null when memory runs out.
+// A new attribute after the last one, which is null where there is none. Null when memory runs out.
 XMLP_ATTR *append(XMLP_NODE *node, XMLP_ATTR *last, const char *name, const char *value) {
     Owned<XMLP_ATTR> attr(static_cast<XMLP_ATTR *>(std::calloc(1, sizeof(XMLP_ATTR))));
     Owned<char> nameCopy(strdup(name));

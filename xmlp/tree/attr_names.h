@@ -1,4 +1,4 @@
-// The attribute names that a tag has borne so far.
+// The attribute names that a tag has had so far.
 #pragma once
 
 #include "xmlp/base/string_table.h"
