@@ -8,8 +8,6 @@
 #include <cstdlib>
 #include <cstring>
 
-unsigned char *g_appmngr_decryptBuf;
-
 namespace {
 
 constexpr uint8_t containerKey[QUELM_DES_KEY_SIZE] = {0x5C, 0x1E, 0x93, 0xA7,

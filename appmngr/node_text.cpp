@@ -7,8 +7,6 @@
 #include <algorithm>
 #include <cstring>
 
-char g_appmngr_nodeValue[APPMNGR_NODE_TEXT_SIZE];
-
 namespace {
 
 bool hasText(const XMLP_NODE *node) {
