@@ -344,7 +344,7 @@ int appmngr_getBomType(const unsigned char *text, int len);
 int appmngr_parseThroughXML(const char *parentPath, XMLP_NODE *node);
 
 /* One row of a handler table: elements of this name, in any ASCII case, are given to the handler,
- * with the context word of the walk. A row without name ends a table. */
+ * with the user data of the walk. A row without name ends a table. */
 typedef struct {
     const char *name;
     int (*handler)(XMLP_NODE *node, void *param);

@@ -20,9 +20,9 @@ Scope scopeIn(const XMLP_NODE *node, Scope around);
 // the elements around it.
 Scope scopeAround(const XMLP_NODE *node);
 
-inline bool isSelector(const void *param) {
-    constexpr uintptr_t largestSelector = 1;
-    return reinterpret_cast<uintptr_t>(param) <= largestSelector;
+inline bool isTag(const void *param) {
+    constexpr uintptr_t largestTag = 1;
+    return reinterpret_cast<uintptr_t>(param) <= largestTag;
 }
 
 // Whether this is one of the elements that the counting pass counts or goes through, lists and below.
