@@ -51,7 +51,8 @@ velda::appmngr::Integer velda::appmngr::parseInteger(std::string_view text) {
         ++at;
     }
     magnitude = std::min(magnitude, isNegative ? largest + 1 : largest);
-    const bool fits = magnitude <= uint64_t{INT32_MAX} + (isNegative ? 1 : 0);
+    constexpr uint64_t largest32 = INT32_MAX;
+    const bool fits = isNegative ? magnitude <= largest32 + 1 : magnitude <= largest32;
     return {static_cast<int32_t>(isNegative ? 0 - magnitude : magnitude),
             hasDigits && at == end && fits};
 }
