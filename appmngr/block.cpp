@@ -1,5 +1,6 @@
 #include "appmngr/block.h"
 
+#include "common/byte_order.h"
 #include "common/owned.h"
 
 #include <algorithm>
@@ -51,11 +52,6 @@ private:
     lzma_stream stream_ = LZMA_STREAM_INIT;
 };
 
-uint32_t littleEndian(const uint8_t *bytes) {
-    return uint32_t{bytes[0]} | uint32_t{bytes[1]} << 8 | uint32_t{bytes[2]} << 16 |
-           uint32_t{bytes[3]} << 24;
-}
-
 } // namespace
 
 bool velda::appmngr::decodeBlock(const uint8_t *block, uint32_t blockLength, char *text,
@@ -75,7 +71,7 @@ bool velda::appmngr::decodeBlock(const uint8_t *block, uint32_t blockLength, cha
     if (begun == LZMA_MEM_ERROR) {
         return false;
     }
-    const uint32_t declaredSize = littleEndian(block + APPMNGR_BLOCK_TEXT_SIZE);
+    const uint32_t declaredSize = velda::loadLittleEndian(block + APPMNGR_BLOCK_TEXT_SIZE);
     // Nothing beyond the declared size is ever looked at.
     if (begun == LZMA_OK && declaredSize < capacity) {
         decoder.run(block + APPMNGR_BLOCK_HEADER_SIZE, codedSize, text, declaredSize);

@@ -1,14 +1,17 @@
 // The encrypted container: a database image behind a header, sealed by a digest and enciphered.
 
 #include "appmngr/appmngr_internal.h"
+#include "common/byte_order.h"
 #include "crypto/quelm.h"
 
-#include <arpa/inet.h>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
 unsigned char *g_appmngr_decryptBuf;
+
+using velda::loadBigEndian;
+using velda::storeBigEndian;
 
 namespace {
 
@@ -29,17 +32,6 @@ constexpr uint32_t magicCode = 0x04000001;
 constexpr char currentVersion[] = "1.2.0";
 constexpr uint8_t sealedVersion[] = {0, 1, 2, 0};
 constexpr size_t comparedVersionSize = 4; // any patch level will do
-
-uint32_t loadBigEndian(const uint8_t *bytes) {
-    uint32_t value = 0;
-    std::memcpy(&value, bytes, sizeof value);
-    return ntohl(value);
-}
-
-void storeBigEndian(uint8_t *bytes, uint32_t value) {
-    const uint32_t ordered = htonl(value);
-    std::memcpy(bytes, &ordered, sizeof ordered);
-}
 
 // The length is held against what was deciphered before anything trusts it.
 bool reaches(uint32_t deciphered, uint32_t dataLength) {

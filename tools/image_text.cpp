@@ -1,12 +1,18 @@
 #include "tools/image_text.h"
 
 #include "appmngr/appmngr.h"
+#include "common/byte_order.h"
 #include "common/owned.h"
 #include "tools/complain.h"
 
 #include <algorithm>
 #include <lzma.h>
 #include <memory>
+
+using velda::loadBigEndian;
+using velda::loadLittleEndian;
+using velda::storeBigEndian;
+using velda::storeLittleEndian;
 
 namespace {
 
@@ -31,26 +37,6 @@ uint8_t *bytesOf(std::string &text) {
     return reinterpret_cast<uint8_t *>(text.data());
 }
 
-void storeBigEndian(uint8_t *bytes, uint32_t value) {
-    for (int i = 0; i < 4; ++i) {
-        bytes[i] = static_cast<uint8_t>(value >> (24 - 8 * i));
-    }
-}
-
-void storeLittleEndian(uint8_t *bytes, uint64_t value) {
-    for (int i = 0; i < 8; ++i) {
-        bytes[i] = static_cast<uint8_t>(value >> (8 * i));
-    }
-}
-
-uint32_t bigEndian(const uint8_t *bytes) {
-    return uint32_t{bytes[0]} << 24 | uint32_t{bytes[1]} << 16 | uint32_t{bytes[2]} << 8 | bytes[3];
-}
-
-uint32_t littleEndian(const uint8_t *bytes) {
-    return uint32_t{bytes[3]} << 24 | uint32_t{bytes[2]} << 16 | uint32_t{bytes[1]} << 8 | bytes[0];
-}
-
 // Codes all of the input and takes it off, writes the output and cuts it to what was written.
 lzma_ret codeAll(lzma_stream *stream, const uint8_t *input, size_t size, std::string &output,
                  size_t begin) {
@@ -73,7 +59,7 @@ std::optional<ImageHeader> readImageHeader(const Input &image) {
     start.resize(headerEnd, '\0'); // as a load reads a short file
     const uint8_t *bytes = bytesOf(start);
     ImageHeader header = {};
-    header.blockLength = bigEndian(bytes);
+    header.blockLength = loadBigEndian(bytes);
     if (header.blockLength < APPMNGR_BLOCK_HEADER_SIZE ||
         header.blockLength > APPMNGR_BLOCK_SIZE_MAX) {
         complain(image.name,
@@ -85,8 +71,8 @@ std::optional<ImageHeader> readImageHeader(const Input &image) {
     header.lc = properties % 9;
     header.lp = properties / 9 % 5;
     header.pb = properties / 45;
-    header.dictionarySize = littleEndian(block + APPMNGR_BLOCK_PROPERTIES + 1);
-    header.textSize = littleEndian(block + APPMNGR_BLOCK_TEXT_SIZE);
+    header.dictionarySize = loadLittleEndian(block + APPMNGR_BLOCK_PROPERTIES + 1);
+    header.textSize = loadLittleEndian(block + APPMNGR_BLOCK_TEXT_SIZE);
     return header;
 }
 
