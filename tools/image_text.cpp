@@ -2,7 +2,7 @@
 
 #include "appmngr/appmngr.h"
 #include "common/byte_order.h"
-#include "common/owned.h"
+#include "common/lzma_decoder.h"
 #include "tools/complain.h"
 
 #include <algorithm>
@@ -18,7 +18,6 @@ namespace {
 
 constexpr size_t textSizeMax = APPMNGR_DB_XML_SIZE - 1; // the loader adds a terminator
 constexpr size_t headerEnd = APPMNGR_IMAGE_LENGTH_SIZE + APPMNGR_BLOCK_HEADER_SIZE;
-constexpr size_t propertiesSize = 5;
 
 constexpr uint32_t dictionarySize = uint32_t{1} << 18;
 static_assert(dictionarySize >= textSizeMax);
@@ -82,25 +81,16 @@ std::optional<std::string> decodeText(const Input &image) {
         return std::nullopt;
     }
     const uint8_t *block = bytesOf(image.bytes) + APPMNGR_IMAGE_LENGTH_SIZE;
-    lzma_filter filters[] = {{LZMA_FILTER_LZMA1, nullptr}, {LZMA_VLI_UNKNOWN, nullptr}};
+    velda::LzmaDecoder decoder;
     if (header->textSize > textSizeMax || image.bytes.size() <= headerEnd ||
-        lzma_properties_decode(&filters[0], nullptr, block + APPMNGR_BLOCK_PROPERTIES,
-                               propertiesSize) != LZMA_OK) {
+        decoder.begin(block + APPMNGR_BLOCK_PROPERTIES, dictionarySize) != LZMA_OK) {
         complain(image.name, "the text can't be decoded: its header is damaged");
         return std::nullopt;
     }
-    const velda::Owned<void> options(filters[0].options);
-    // More than the largest text is never reached back to.
-    uint32_t &size = static_cast<lzma_options_lzma *>(filters[0].options)->dict_size;
-    size = std::clamp(size, uint32_t{LZMA_DICT_SIZE_MIN}, dictionarySize);
-    lzma_stream stream = LZMA_STREAM_INIT;
-    const OwnedStream owner(&stream);
+    const size_t coded = std::min(image.bytes.size() - headerEnd,
+                                  size_t{header->blockLength} - APPMNGR_BLOCK_HEADER_SIZE);
     std::string text(header->textSize, '\0');
-    if (lzma_raw_decoder(&stream, filters) == LZMA_OK) {
-        const size_t coded = std::min(image.bytes.size() - headerEnd,
-                                      size_t{header->blockLength} - APPMNGR_BLOCK_HEADER_SIZE);
-        codeAll(&stream, bytesOf(image.bytes) + headerEnd, coded, text, 0);
-    }
+    text.resize(decoder.run(bytesOf(image.bytes) + headerEnd, coded, text.data(), text.size()));
     if (text.size() < header->textSize) {
         complain(image.name, "the text can't be decoded: it is damaged behind byte " +
                                  std::to_string(text.size()));
