@@ -47,7 +47,7 @@ void seedAppTypeIds() {
 }
 
 void fillModel(XMLP_NODE *root) {
-    const velda::appmngr::KnownAddresses names;
+    const velda::appmngr::ElementCacheScope cache;
     appmngr_setHandlerInfo(g_appmngr_nodeHandlers);
     appmngr_xmlnode_handler(root, nullptr);
     appmngr_setHandlerInfo(nullptr);

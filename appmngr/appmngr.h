@@ -54,7 +54,9 @@ enum {
     APPMNGR_DPI_CODE_SIZE = 256,
     APPMNGR_DNS_KEYWORD_SIZE = 16,
     APPMNGR_STAMP_SIZE = 96,
+    APPMNGR_TUPLE_SIZE = 64, /* of a tuple's text */
     APPMNGR_APP_TYPES_MAX = 64,
+    APPMNGR_LEVELS_MAX = 64,     /* of nested elements that a load follows */
     APPMNGR_NODE_TEXT_SIZE = 512 /* longer texts of elements count as missing */
 };
 
@@ -362,6 +364,40 @@ typedef void (*APPMNGR_VISITOR)(const XMLP_NODE *node, APPMNGR_VISIT visit, void
 
 /* Sets the visitor of all loads from now on; null for none. */
 void appmngr_setVisitor(APPMNGR_VISITOR visitor, void *context);
+
+/* What becomes of an element that is taken, beside what is stored as it stands and what is reported. */
+typedef enum {
+    APPMNGR_EFFECT_ELSEWHERE,   /* it is read here, but the format has it elsewhere */
+    APPMNGR_EFFECT_TOO_DEEP,    /* its children are passed over: beyond APPMNGR_LEVELS_MAX */
+    APPMNGR_EFFECT_NO_ELEMENTS, /* a text where elements belong, which is dropped */
+    APPMNGR_EFFECT_NO_RECORD,   /* a type that is passed over: all that were counted are there */
+    APPMNGR_EFFECT_NO_ID,       /* an application or a type without identifier */
+    APPMNGR_EFFECT_NO_TUPLE, /* a rule of which no tuple is taken; its features stay for the next */
+    APPMNGR_EFFECT_REPEATED, /* it replaces what an earlier one in its parent has set */
+    APPMNGR_EFFECT_NO_TEXT,  /* elements where a text belongs, which are passed over */
+    APPMNGR_EFFECT_TOO_LONG, /* from APPMNGR_NODE_TEXT_SIZE bytes on a text counts as missing */
+    APPMNGR_EFFECT_TEXT,     /* the first `size` bytes of its text are kept */
+    APPMNGR_EFFECT_PORT,     /* `text` is a tuple's port, and no number from 0 to 65535 */
+    APPMNGR_EFFECT_NOT_NUMBER,     /* an integer whose text is more or less than one of 32 bits */
+    APPMNGR_EFFECT_IDENTIFIER,     /* `number` is the identifier of the record from now on */
+    APPMNGR_EFFECT_LATE_IDENTIFIER /* the same, after lists that are filed under another one */
+} APPMNGR_EFFECT_CODE;
+
+/* Good until the listener returns. */
+typedef struct {
+    APPMNGR_EFFECT_CODE code;
+    const XMLP_NODE *node; /* the element */
+    int32_t number;        /* of an identifier, else 0 */
+    const char *text;      /* the element's, or the part of it that is meant; without terminator */
+    uint32_t size;         /* of that in bytes */
+} APPMNGR_EFFECT;
+
+/* Is told by handlers of what they do, between the visits of their element and of the next one, but of
+ * APPMNGR_EFFECT_NO_TUPLE at the end of the rule. It must not change the tree. */
+typedef void (*APPMNGR_EFFECT_LISTENER)(const APPMNGR_EFFECT *effect, void *context);
+
+/* Sets the listener of all loads from now on; null for none. */
+void appmngr_setEffectListener(APPMNGR_EFFECT_LISTENER listener, void *context);
 
 /* Set and read the table that the walk uses; null between loads. The module's handlers do the same in
  * any table. */

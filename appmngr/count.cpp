@@ -4,10 +4,12 @@
 // building the path of each element, the pass carries down what is left of those that begin with it,
 // and goes no deeper where none is left: that bounds the recursion too.
 
-#include "appmngr/appmngr_internal.h"
+#include "appmngr/elements.h"
 
 #include <iterator>
 #include <span>
+
+using namespace velda::appmngr;
 
 namespace {
 
@@ -48,12 +50,46 @@ bool keepLanguageCount(const XMLP_NODE *node) {
     return true;
 }
 
-// In small letters; those of the document may be of any case.
+constexpr char smallLetter(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+// The dotted path of an element, in small letters; those of the document may be of any case.
+struct PathText {
+    char text[64];
+};
+
+// Of an element in a parent of its, or in the first one of them.
+constexpr PathText pathTo(Element element, Element parent = Element::unknown) {
+    Element steps[sizeof(PathText)] = {};
+    size_t count = 0;
+    while (element != Element::document) {
+        steps[count++] = element;
+        element = parent != Element::unknown ? parent : infoOf(element).parents[0];
+        parent = Element::unknown;
+    }
+    PathText path = {"root"};
+    size_t length = 4;
+    while (count > 0) {
+        path.text[length++] = '.';
+        for (const char *name = infoOf(steps[--count]).name; *name != '\0'; ++name) {
+            path.text[length++] = smallLetter(*name);
+        }
+    }
+    return path;
+}
+
+constexpr PathText tuplePath = pathTo(Element::tuple);
+constexpr PathText keywordPath = pathTo(Element::dnsKw);
+constexpr PathText appPath = pathTo(Element::app);
+constexpr PathText typeIdPath = pathTo(Element::id, Element::appType);
+
+// A description document has paths of its own; its elements have no handlers.
 constexpr CountedPath countedPaths[] = {
-    {"root.appdb.applist.app.rulelist.rule.tuplelist.tuple", countOne<&APPMNGR_COUNTER::tupleCnt>},
-    {"root.appdb.applist.app.dnskwlist.dnskw", countOne<&APPMNGR_COUNTER::dnsKwCnt>},
-    {"root.appdb.applist.app", countOne<&APPMNGR_COUNTER::appCnt>},
-    {"root.appdb.apptypelist.apptype.id", keepAppTypeId},
+    {tuplePath.text, countOne<&APPMNGR_COUNTER::tupleCnt>},
+    {keywordPath.text, countOne<&APPMNGR_COUNTER::dnsKwCnt>},
+    {appPath.text, countOne<&APPMNGR_COUNTER::appCnt>},
+    {typeIdPath.text, keepAppTypeId},
     {"root.appdesc.applist.app", countOne<&APPMNGR_COUNTER::descAppCnt>},
     {"root.appdesc.apptypelist.apptype", countOne<&APPMNGR_COUNTER::descAppTypeCnt>},
     {"root.appdesc.langcnt", keepLanguageCount},
@@ -70,10 +106,6 @@ private:
     CountedPath paths_[std::size(countedPaths)];
     size_t count_ = 0;
 };
-
-char smallLetter(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
 
 // What follows `beginning` in a path, null when the path begins otherwise.
 const char *behind(const char *path, const char *beginning) {

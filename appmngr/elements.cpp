@@ -1,10 +1,10 @@
-// The vocabulary of the database document: its rows, and finding them by names.
+// The handlers of the database document's elements, and finding elements by names.
 
 #include "appmngr/elements.h"
 
 #include <algorithm>
 
-#define HANDLER_ROW(name, handler, place, parent) {#name, _appmngr_xmlnode_handler_##handler},
+#define HANDLER_ROW(name, handler, ...) {#name, _appmngr_xmlnode_handler_##handler},
 const APPMNGR_HANDLER_INFO g_appmngr_nodeHandlers[] = {
     DATABASE_ELEMENTS(HANDLER_ROW){nullptr, nullptr},
 };
@@ -14,7 +14,7 @@ namespace velda::appmngr {
 
 namespace {
 
-constinit bool areAddressesKnown = false;
+constinit bool isCacheInUse = false;
 
 Element findElement(const char *name) {
     uint32_t row = 0;
@@ -27,23 +27,23 @@ Element findElement(const char *name) {
 
 } // namespace
 
-constinit AddressedElement elementsByAddress[64] = {};
+constinit ElementCacheEntry elementCache[64] = {};
 
-Element lookUpElement(const char *name, AddressedElement &slot) {
+Element lookUpElement(const char *name, ElementCacheEntry &entry) {
     const Element element = findElement(name);
-    if (areAddressesKnown) {
-        slot = {name, element};
+    if (isCacheInUse) {
+        entry = {name, element};
     }
     return element;
 }
 
-KnownAddresses::KnownAddresses() {
-    areAddressesKnown = true;
+ElementCacheScope::ElementCacheScope() {
+    isCacheInUse = true;
 }
 
-KnownAddresses::~KnownAddresses() {
-    areAddressesKnown = false;
-    std::fill(std::begin(elementsByAddress), std::end(elementsByAddress), AddressedElement{});
+ElementCacheScope::~ElementCacheScope() {
+    isCacheInUse = false;
+    std::fill(std::begin(elementCache), std::end(elementCache), ElementCacheEntry{});
 }
 
 } // namespace velda::appmngr

@@ -3,6 +3,7 @@
 // Containers walk their children and pass them the context word; leaves write into the record under
 // the current cursor; cursors advance when a container ends. So the order of the document matters.
 
+#include "appmngr/effects.h"
 #include "appmngr/records.h"
 #include "appmngr/walk.h"
 
@@ -47,62 +48,111 @@ APPMNGR_FEATURE *currentFeature(const void *param) {
     return param == selector(1) ? &rule->reply : nullptr;
 }
 
-int setFeatureInt(const XMLP_NODE *node, const void *param, int32_t APPMNGR_FEATURE::*field) {
-    APPMNGR_FEATURE *feature = inDirection(node, param) ? currentFeature(param) : nullptr;
-    return feature == nullptr ? -1 : _appmngr_getNodeInt(node, &(feature->*field));
-}
-
-template <size_t Size>
-int setFeatureText(const XMLP_NODE *node, const void *param, char (APPMNGR_FEATURE::*field)[Size]) {
-    APPMNGR_FEATURE *feature = inDirection(node, param) ? currentFeature(param) : nullptr;
-    if (feature == nullptr) {
+// Stores a leaf in its field of the record. -1 without record and for a text that counts as missing.
+template <Element element>
+int store(const XMLP_NODE *node, void *record, size_t which = 0) {
+    constexpr ElementInfo info = infoOf(element);
+    if (hasListener(node)) {
+        notifyLeaf(node, element);
+    }
+    if (record == nullptr) {
         return -1;
     }
-    _appmngr_getNodeStr(node, feature->*field, Size);
-    return 0;
+    void *field = static_cast<char *>(record) + info.field.offsets[which];
+    if constexpr (info.kind == Kind::integer) {
+        return _appmngr_getNodeInt(node, static_cast<int32_t *>(field));
+    } else {
+        return _appmngr_getNodeStr(node, static_cast<char *>(field), info.field.size);
+    }
+}
+
+// For an element that both an application and a type have.
+template <Element element>
+int storeInAppOrType(const XMLP_NODE *node, const void *param) {
+    return param == selector(0) ? store<element>(node, currentApp(), 0)
+                                : store<element>(node, currentAppType(), 1);
+}
+
+template <Element element>
+int storeFeature(const XMLP_NODE *node, const void *param) {
+    if (!inDirection(node, param)) {
+        return -1;
+    }
+    APPMNGR_FEATURE *feature = currentFeature(param);
+    const int result = store<element>(node, feature);
+    // A text that counts as missing is no failure here.
+    return infoOf(element).kind == Kind::string && feature != nullptr ? 0 : result;
 }
 
 // ---- Containers ---------------------------------------------------------------------------------
 
 // All ask whether the element stands where it is counted: the walk relies on that below it.
+bool takes(const XMLP_NODE *node) {
+    if (!inCountedPath(node)) {
+        return false;
+    }
+    if (hasListener(node)) {
+        notifyContainer(node, elementOf(node));
+    }
+    return true;
+}
 
 bool enterPass(const XMLP_NODE *node, void *, Descent &) {
-    return whereCounted(node);
+    return takes(node);
 }
 
 template <uintptr_t Selector>
 bool enterList(const XMLP_NODE *node, void *, Descent &descent) {
     descent.param = selector(Selector);
     descent.scope = Scope::database;
-    return whereCounted(node);
+    return takes(node);
 }
 
 template <uintptr_t Selector>
 bool enterDirection(const XMLP_NODE *node, void *, Descent &descent) {
     descent.param = selector(Selector);
-    return whereCounted(node);
+    return takes(node);
 }
 
 bool enterApp(const XMLP_NODE *node, void *, Descent &descent) {
     descent.scope = Scope::app;
-    descent.leave = [](uint32_t) {
+    descent.leave = [](const XMLP_NODE *, uint32_t) {
         ++g_appmngr_counter.appIdx;
         return 0;
     };
-    return currentApp() != nullptr && whereCounted(node);
+    if (!takes(node)) {
+        return false;
+    }
+    if (hasListener(node)) {
+        notifyMissingId(node);
+    }
+    return currentApp() != nullptr;
 }
 
 bool enterAppType(const XMLP_NODE *node, void *, Descent &descent) {
     descent.scope = Scope::appType;
-    descent.leave = [](uint32_t) {
+    descent.leave = [](const XMLP_NODE *, uint32_t) {
         ++g_appmngr_counter.appTypeIdx;
         return 0;
     };
-    return currentAppType() != nullptr && whereCounted(node);
+    if (!takes(node)) {
+        return false;
+    }
+    const bool hasRecord = currentAppType() != nullptr;
+    if (hasListener(node)) {
+        if (!hasRecord) {
+            notify(node, APPMNGR_EFFECT_NO_RECORD);
+        }
+        notifyMissingId(node);
+    }
+    return hasRecord;
 }
 
 // Each tuple has filled a record of its own; the rest of the rule is the same in all of them.
-int completeRule(uint32_t tuples) {
+int completeRule(const XMLP_NODE *node, uint32_t tuples) {
+    if (tuples == 0 && hasListener(node)) {
+        notify(node, APPMNGR_EFFECT_NO_TUPLE);
+    }
     APPMNGR_RULE *rule = currentRule();
     const APPMNGR_APP *app = currentApp();
     if (rule == nullptr || app == nullptr) {
@@ -121,7 +171,7 @@ int completeRule(uint32_t tuples) {
 bool enterRule(const XMLP_NODE *node, void *, Descent &descent) {
     descent.hasCounter = true;
     descent.leave = completeRule;
-    return whereCounted(node);
+    return takes(node);
 }
 
 // Picked by the function itself: whether two addresses of functions are the same is no constant to
@@ -145,7 +195,7 @@ constexpr Enter enterBy<_appmngr_xmlnode_handler_appList> = enterList<0>;
 template <>
 constexpr Enter enterBy<_appmngr_xmlnode_handler_appTypeList> = enterList<1>;
 
-#define ENTER_OF_ROW(name, handler, place, parent) enterBy<_appmngr_xmlnode_handler_##handler>,
+#define ENTER_OF_ROW(name, handler, ...) enterBy<_appmngr_xmlnode_handler_##handler>,
 constexpr Enter entersOfRows[] = {DATABASE_ELEMENTS(ENTER_OF_ROW) nullptr};
 #undef ENTER_OF_ROW
 
@@ -170,15 +220,15 @@ int _appmngr_xmlnode_handler_pass(XMLP_NODE *node, void *param) {
 }
 
 int _appmngr_xmlnode_handler_ver(XMLP_NODE *node, void *) {
-    return _appmngr_getNodeStr(node, g_appmngr_appDb.ver, sizeof g_appmngr_appDb.ver);
+    return store<Element::ver>(node, &g_appmngr_appDb);
 }
 
 int _appmngr_xmlnode_handler_proModel(XMLP_NODE *node, void *) {
-    return _appmngr_getNodeStr(node, g_appmngr_appDb.proModel, sizeof g_appmngr_appDb.proModel);
+    return store<Element::proModel>(node, &g_appmngr_appDb);
 }
 
 int _appmngr_xmlnode_handler_expired(XMLP_NODE *node, void *) {
-    return _appmngr_getNodeStr(node, g_appmngr_appDb.expired, sizeof g_appmngr_appDb.expired);
+    return store<Element::expired>(node, &g_appmngr_appDb);
 }
 
 // ---- Applications and types ---------------------------------------------------------------------
@@ -200,44 +250,28 @@ int _appmngr_xmlnode_handler_appType(XMLP_NODE *node, void *param) {
 }
 
 int _appmngr_xmlnode_handler_id(XMLP_NODE *node, void *param) {
-    if (!whereCounted(node)) {
-        return -1;
-    }
-    APPMNGR_APP *app = currentApp();
-    if (param == selector(0) && app != nullptr) {
-        return _appmngr_getNodeInt(node, &app->id);
-    }
-    APPMNGR_APPTYPE *type = currentAppType();
-    if (param == selector(1) && type != nullptr) {
-        return _appmngr_getNodeInt(node, &type->id);
-    }
-    return -1;
+    return inCountedPath(node) && isSelector(param) ? storeInAppOrType<Element::id>(node, param)
+                                                    : -1;
 }
 
 int _appmngr_xmlnode_handler_name(XMLP_NODE *node, void *param) {
-    if (!inRecord(node, param)) {
-        return -1;
-    }
-    APPMNGR_APP *app = currentApp();
-    if (param == selector(0) && app != nullptr) {
-        return _appmngr_getNodeStr(node, app->name, sizeof app->name);
-    }
-    APPMNGR_APPTYPE *type = currentAppType();
-    if (param == selector(1) && type != nullptr) {
-        return _appmngr_getNodeStr(node, type->name, sizeof type->name);
-    }
-    return -1;
+    return inRecord(node, param) ? storeInAppOrType<Element::name>(node, param) : -1;
 }
 
 int _appmngr_xmlnode_handler_visible(XMLP_NODE *node, void *) {
-    APPMNGR_APP *app = currentApp();
-    return app == nullptr || !inApp(node) ? -1 : _appmngr_getNodeInt(node, &app->visible);
+    return inApp(node) ? store<Element::visible>(node, currentApp()) : -1;
 }
 
 int _appmngr_xmlnode_handler_typeid(XMLP_NODE *node, void *) {
     const APPMNGR_APP *app = currentApp();
+    if (app == nullptr || !inApp(node)) {
+        return -1;
+    }
+    if (hasListener(node)) {
+        notifyLeaf(node, Element::typeId);
+    }
     int32_t id = 0;
-    if (app == nullptr || !inApp(node) || _appmngr_getNodeInt(node, &id) != 0) {
+    if (_appmngr_getNodeInt(node, &id) != 0) {
         return -1;
     }
     APPMNGR_APPTYPE *type = _appmngr_getAppTypeBydId(id);
@@ -256,13 +290,13 @@ int _appmngr_xmlnode_handler_typeid(XMLP_NODE *node, void *) {
 int _appmngr_xmlnode_handler_dnsKw(XMLP_NODE *node, void *) {
     const APPMNGR_APP *app = currentApp();
     if (app == nullptr || g_appmngr_counter.dnsKwIdx >= g_appmngr_appDns.count ||
-        !whereCounted(node)) {
+        !inCountedPath(node)) {
         return -1;
     }
     APPMNGR_DNS_RULE &keyword = g_appmngr_appDns.rule[g_appmngr_counter.dnsKwIdx];
     keyword.appid = app->id;
     ++g_appmngr_counter.dnsKwIdx;
-    return _appmngr_getNodeStr(node, keyword.dnsKw, sizeof keyword.dnsKw);
+    return store<Element::dnsKw>(node, &keyword);
 }
 
 // ---- Rules --------------------------------------------------------------------------------------
@@ -280,25 +314,25 @@ int _appmngr_xmlnode_handler_rep(XMLP_NODE *node, void *param) {
 }
 
 int _appmngr_xmlnode_handler_enable(XMLP_NODE *node, void *param) {
-    return setFeatureInt(node, param, &APPMNGR_FEATURE::enable);
+    return storeFeature<Element::enable>(node, param);
 }
 
 int _appmngr_xmlnode_handler_start(XMLP_NODE *node, void *param) {
-    return setFeatureInt(node, param, &APPMNGR_FEATURE::start);
+    return storeFeature<Element::start>(node, param);
 }
 
 int _appmngr_xmlnode_handler_end(XMLP_NODE *node, void *param) {
-    return setFeatureInt(node, param, &APPMNGR_FEATURE::end);
+    return storeFeature<Element::end>(node, param);
 }
 
 int _appmngr_xmlnode_handler_minlength(XMLP_NODE *node, void *param) {
-    return setFeatureInt(node, param, &APPMNGR_FEATURE::minlength);
+    return storeFeature<Element::minlength>(node, param);
 }
 
 int _appmngr_xmlnode_handler_dpiType(XMLP_NODE *node, void *param) {
-    return setFeatureText(node, param, &APPMNGR_FEATURE::dpiType);
+    return storeFeature<Element::dpiType>(node, param);
 }
 
 int _appmngr_xmlnode_handler_dpiCode(XMLP_NODE *node, void *param) {
-    return setFeatureText(node, param, &APPMNGR_FEATURE::dpiCode);
+    return storeFeature<Element::dpiCode>(node, param);
 }

@@ -31,7 +31,7 @@ bool isDigit(char c) {
 
 } // namespace
 
-int32_t velda::appmngr::integerOf(std::string_view text) {
+velda::appmngr::Integer velda::appmngr::parseInteger(std::string_view text) {
     constexpr uint64_t largest = INT64_MAX;
     const char *at = text.data();
     const char *end = at + text.size();
@@ -42,13 +42,20 @@ int32_t velda::appmngr::integerOf(std::string_view text) {
     if (at != end && (*at == '-' || *at == '+')) {
         ++at;
     }
+    const char *digits = at;
     uint64_t magnitude = 0;
     for (; at != end && isDigit(*at); ++at) {
         magnitude = magnitude <= largest / 10 ? magnitude * 10 + static_cast<uint64_t>(*at - '0')
                                               : UINT64_MAX;
     }
+    const bool hasDigits = at != digits;
+    while (at != end && isSpace(*at)) {
+        ++at;
+    }
     magnitude = std::min(magnitude, isNegative ? largest + 1 : largest);
-    return static_cast<int32_t>(isNegative ? 0 - magnitude : magnitude);
+    const bool fits = magnitude <= uint64_t{INT32_MAX} + (isNegative ? 1 : 0);
+    return {static_cast<int32_t>(isNegative ? 0 - magnitude : magnitude),
+            hasDigits && at == end && fits};
 }
 
 char *_appmngr_getNodeValue(const XMLP_NODE *node) {
@@ -68,7 +75,8 @@ int _appmngr_getNodeInt(const XMLP_NODE *node, int32_t *out) {
         return -1;
     }
     // Reading a number ends at a NUL by itself.
-    *out = velda::appmngr::integerOf({node->value, node->value != nullptr ? node->valueSize : 0});
+    *out = velda::appmngr::parseInteger({node->value, node->value != nullptr ? node->valueSize : 0})
+               .value;
     return 0;
 }
 

@@ -6,8 +6,13 @@
 
 namespace velda::appmngr {
 
-// What atoi gives: of a number that does not fit, its low half, and of one beyond 64 bits, that of
-// the nearest one within them.
-int32_t integerOf(std::string_view text);
+struct Integer {
+    int32_t
+        value;    // what atoi gives: of a number that does not fit, its low half, and of one beyond
+                  // 64 bits, that of the nearest one within them
+    bool isExact; // the text is this number and nothing else, but for white space around it
+};
+
+Integer parseInteger(std::string_view text);
 
 } // namespace velda::appmngr

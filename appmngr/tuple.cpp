@@ -2,17 +2,21 @@
 // record.
 
 #include "appmngr/appmngr_internal.h"
+#include "appmngr/context.h"
+#include "appmngr/effects.h"
 #include "appmngr/node_text.h"
-#include "appmngr/places.h"
 #include "common/protocol.h"
 
+#include <algorithm>
 #include <arpa/inet.h>
 #include <cstring>
 #include <string_view>
 
+using namespace velda::appmngr;
+
 namespace {
 
-constexpr size_t tupleTextSize = 64;
+constexpr size_t tupleTextSize = infoOf(Element::tuple).field.size;
 constexpr int fieldCount = 3;
 constexpr int endpointFieldCount = 2;
 
@@ -32,7 +36,7 @@ bool readAddress(const char *text, uint32_t &address) {
 }
 
 uint16_t readPort(const char *text) {
-    return static_cast<uint16_t>(velda::appmngr::integerOf(text));
+    return static_cast<uint16_t>(parseInteger(text).value);
 }
 
 // Reads a tuple as nearly all are written, "tcp 0:0 10.0.0.5:80": small letters, single spaces, plain
@@ -124,12 +128,41 @@ private:
     const char *end_;
 };
 
+bool isSeparator(char c) {
+    return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
+
+void notifyPort(const XMLP_NODE *node, std::string_view port) {
+    const Integer number = parseInteger(port);
+    if (!port.empty() && (!number.isExact || number.value < 0 || number.value > UINT16_MAX)) {
+        notify({APPMNGR_EFFECT_PORT, node, 0, port.data(), static_cast<uint32_t>(port.size())});
+    }
+}
+
+// Tells of the ports in what is read of the text that are stored as other numbers, of a tuple that is
+// refused too.
+void notifyPorts(const XMLP_NODE *node) {
+    const char *at = node->value;
+    const size_t size = node->value != nullptr ? node->valueSize : 0;
+    const char *end = at + std::min(size, tupleTextSize - 1);
+    while (at != end) {
+        const char *fieldEnd = std::find_if(at, end, isSeparator);
+        const char *colon = std::find(at, fieldEnd, ':');
+        if (colon != fieldEnd) {
+            notifyPort(node, {colon + 1, static_cast<size_t>(fieldEnd - (colon + 1))});
+        }
+        at = std::find_if_not(fieldEnd, end, isSeparator);
+    }
+}
+
 } // namespace
 
 int _appmngr_xmlnode_handler_tuple(XMLP_NODE *node, void *param) {
-    if (node == nullptr || velda::appmngr::isSelector(param) ||
-        !velda::appmngr::whereCounted(node)) {
+    if (node == nullptr || isSelector(param) || !inCountedPath(node)) {
         return -1;
+    }
+    if (hasListener(node) && notifyLeaf(node, Element::tuple)) {
+        notifyPorts(node);
     }
     auto *tuples = static_cast<uint32_t *>(param);
     APPMNGR_RULE *rule = ruleRecord(tuples);

@@ -7,6 +7,8 @@
 
 #include "appmngr/walk.h"
 
+#include "appmngr/effects.h"
+
 #include <cstdlib>
 
 APPMNGR_HANDLER_INFO *g_appmngr_handlerInfo;
@@ -29,17 +31,17 @@ struct Level {
     XMLP_NODE *child;
     const APPMNGR_HANDLER_INFO *row;
     void *param;
-    int (*leave)(uint32_t tuples);
+    int (*leave)(const XMLP_NODE *node, uint32_t tuples);
     uint32_t tuples;
     Surroundings surroundings;
 };
 
 // Real documents need eight levels. Where the table is the module's own, a walk goes no deeper than the
 // levels in place, so that a load needs no memory for them.
-constexpr uint32_t levelsOfLoad = 64;
+constexpr uint32_t levelsInPlace = APPMNGR_LEVELS_MAX;
 
 struct Chunk {
-    Level levels[levelsOfLoad];
+    Level levels[levelsInPlace];
     Chunk *before;
     Chunk *after; // what was obtained stays until all walks have ended
 };
@@ -77,12 +79,16 @@ void freeChunks() {
     }
 }
 
+bool isAtLimit() {
+    return depth >= levelsInPlace && g_appmngr_handlerInfo == g_appmngr_nodeHandlers;
+}
+
 // Null where the walk goes no deeper.
 Level *push() {
-    if (depth >= levelsOfLoad && g_appmngr_handlerInfo == g_appmngr_nodeHandlers) {
+    if (isAtLimit()) {
         return nullptr;
     }
-    if (used == levelsOfLoad && !extend()) {
+    if (used == levelsInPlace && !extend()) {
         return nullptr;
     }
     ++depth;
@@ -94,7 +100,7 @@ void pop() {
     --depth;
     if (used == 0 && chunk != &inPlace) {
         chunk = chunk->before;
-        used = levelsOfLoad;
+        used = levelsInPlace;
     }
     if (depth == 0) {
         freeChunks();
@@ -105,6 +111,9 @@ void pop() {
 bool enterChildren(XMLP_NODE *node, const Descent &descent, bool isCounted) {
     Level *level = push();
     if (level == nullptr) {
+        if (hasListener(node) && node->firstChild != nullptr && isAtLimit()) {
+            notify(node, APPMNGR_EFFECT_TOO_DEEP);
+        }
         return false;
     }
     level->node = node;
@@ -121,8 +130,10 @@ Descent plainDescent(const XMLP_NODE *node, void *param) {
     return {param, false, scopeIn(node, scopeAround(node)), nullptr};
 }
 
-int leave(int (*leaving)(uint32_t tuples), uint32_t tuples) {
-    return leaving != nullptr ? leaving(tuples) : 0;
+using Leave = int (*)(const XMLP_NODE *node, uint32_t tuples);
+
+int leave(Leave leaving, const XMLP_NODE *node, uint32_t tuples) {
+    return leaving != nullptr ? leaving(node, tuples) : 0;
 }
 
 // ---- Handing out elements -----------------------------------------------------------------------
@@ -167,8 +178,9 @@ APPMNGR_VISIT visitOf(const APPMNGR_HANDLER_INFO *row, const XMLP_NODE *node, co
     }
     const Element element = elementOf(node);
     const APPMNGR_HANDLER_INFO &own = g_appmngr_nodeHandlers[static_cast<uint32_t>(element)];
-    return row->handler == own.handler && !acts(element, node, param) ? APPMNGR_VISIT_MISPLACED
-                                                                      : APPMNGR_VISIT_TAKEN;
+    return row->handler == own.handler && !isValidContext(element, node, param)
+               ? APPMNGR_VISIT_MISPLACED
+               : APPMNGR_VISIT_TAKEN;
 }
 
 void tellVisitor(const XMLP_NODE *node, APPMNGR_VISIT visit) {
@@ -202,7 +214,7 @@ bool look(const XMLP_NODE *node, const void *param, Match &match) {
 void enterContainer(Enter enter, XMLP_NODE *node, void *param) {
     Descent descent = plainDescent(node, param);
     if (enter(node, param, descent) && !enterChildren(node, descent, isCounted(elementOf(node)))) {
-        leave(descent.leave, 0);
+        leave(descent.leave, node, 0);
     }
 }
 
@@ -239,9 +251,10 @@ int walkLevel() {
         }
         // After the level is gone: what is done on leaving may walk again.
         const auto leaving = level.leave;
+        const XMLP_NODE *const node = level.node;
         const uint32_t tuples = level.tuples;
         pop();
-        result = leave(leaving, tuples);
+        result = leave(leaving, node, tuples);
     }
     return result;
 }
@@ -254,7 +267,7 @@ int velda::appmngr::walkContainer(Enter enter, XMLP_NODE *node, void *param) {
         return -1;
     }
     const bool isPlaced = node != nullptr && isCounted(elementOf(node));
-    return enterChildren(node, descent, isPlaced) ? walkLevel() : leave(descent.leave, 0);
+    return enterChildren(node, descent, isPlaced) ? walkLevel() : leave(descent.leave, node, 0);
 }
 
 const Surroundings *velda::appmngr::surroundingsIn(const XMLP_NODE *parent) {

@@ -1,16 +1,17 @@
 // What the walk asks of the handlers of containers, and they of the walk.
 #pragma once
 
-#include "appmngr/places.h"
+#include "appmngr/context.h"
 
 namespace velda::appmngr {
 
 // How a container is walked.
 struct Descent {
-    void *param;                   // what its children are given
-    bool hasCounter;               // they are given the address of a counter of tuples instead
-    Scope scope;                   // that they stand in; set before, for a handler to change
-    int (*leave)(uint32_t tuples); // what is left to do afterwards; its result is the handler's
+    void *param;     // what its children are given
+    bool hasCounter; // they are given the address of a counter of tuples instead
+    Scope scope;     // that they stand in; set before, for a handler to change
+    int (*leave)(const XMLP_NODE *node,
+                 uint32_t tuples); // what is left to do afterwards; its result is the handler's
 };
 
 // The first half of a container's handler. False when it does not act on this element.

@@ -3,9 +3,18 @@
 #include "appmngr/appmngr_internal.h"
 #include "fuzz/model.h"
 
+#include <string>
+
 using namespace fuzz;
 
 namespace {
+
+// Reads all that a listener is told.
+void readEffect(const APPMNGR_EFFECT *effect, void *) {
+    FUZZ_REQUIRE(effect->node != nullptr && (effect->text != nullptr || effect->size == 0));
+    FUZZ_REQUIRE(std::string(effect->text != nullptr ? effect->text : "", effect->size).size() ==
+                 effect->size);
+}
 
 int load(std::string_view text) {
     appmngr_dbReInit();
@@ -22,7 +31,9 @@ int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     Input input(data, size);
     const uint8_t failing = input.byte();
     const std::string_view text = input.rest();
+    appmngr_setEffectListener(readEffect, nullptr);
     const int result = load(text);
+    appmngr_setEffectListener(nullptr, nullptr);
     requireSoundModel(result);
     if (result == 0) {
         writeModel();

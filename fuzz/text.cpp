@@ -7,6 +7,7 @@
 #include "xmlp/xmlp.h"
 
 #include <bitset>
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <strings.h>
@@ -49,8 +50,14 @@ void checkTuple(const Text &text) {
 }
 
 void checkNumber(const Text &text) {
-    const auto expected = static_cast<int32_t>(std::strtoll(text.data(), nullptr, 10));
-    FUZZ_REQUIRE(velda::appmngr::integerOf({text.data(), text.size()}) == expected);
+    char *end = nullptr;
+    errno = 0;
+    const long long expected = std::strtoll(text.data(), &end, 10);
+    const auto value = static_cast<int32_t>(expected);
+    const bool isExact = end != text.data() && errno == 0 && value == expected &&
+                         end + std::strspn(end, " \t\n\v\f\r") == text.data() + text.size();
+    const velda::appmngr::Integer read = velda::appmngr::parseInteger({text.data(), text.size()});
+    FUZZ_REQUIRE(read.value == value && read.isExact == isExact);
 }
 
 void checkReferences(const Text &text) {

@@ -2,10 +2,10 @@
 
 #include "tools/complain.h"
 #include "tools/database.h"
-#include "tools/element_rules.h"
 #include "tools/image_text.h"
 #include "tools/subcommands.h"
 #include "tools/table.h"
+#include "tools/validator.h"
 
 #include <algorithm>
 
@@ -30,10 +30,6 @@ constexpr Reason reasons[] = {
     {1362, "left out: the destination address is neither IPv4 nor 0"},
 };
 
-bool isTupleRefused(int number) {
-    return number >= 1247 && number <= 1362;
-}
-
 // Empty for a report that is no finding.
 std::string reasonOf(const APPMNGR_REPORT_RECORD &report) {
     if (report.function == nullptr) { // a failure with a function follows
@@ -57,68 +53,44 @@ public:
 
 private:
     void visited(const XMLP_NODE *node, APPMNGR_VISIT visit);
+    void affected(const APPMNGR_EFFECT &effect);
     void reported(const APPMNGR_REPORT_RECORD &report);
-    void refused(const char *text); // by the XML library
-    void tell(std::string_view message);
-    void followRule(const XMLP_NODE *node, bool isTaken);
-    void endRule();
-
-    struct Rule {
-        std::string path;
-        size_t depth;
-        int tuples; // that were taken
-    };
+    void refused(const XMLP_REPORT_RECORD &report);
+    void add(const std::string &path, std::string_view message);
 
     ElementPath path_;
-    std::optional<Rule> rule_;
-    ElementRules rules_;
+    Validator validator_;
     bool isWalking_ = false;
     std::string early_; // reports that are about no element
     Table findings_ = {"findings", {"path", "message"}, {}};
 };
 
-void Checker::tell(std::string_view message) {
-    findings_.rows.push_back({textCell(path_.text()), textCell(message)});
+void Checker::add(const std::string &path, std::string_view message) {
+    findings_.rows.push_back({textCell(path), textCell(message)});
 }
 
 void Checker::visited(const XMLP_NODE *node, APPMNGR_VISIT visit) {
     isWalking_ = true;
     path_.enter(node);
-    followRule(node, visit == APPMNGR_VISIT_TAKEN);
     switch (visit) {
     case APPMNGR_VISIT_TAKEN:
-        rules_.examine(node, path_, [this](const std::string &message) { tell(message); });
+        validator_.taken(node);
         break;
     case APPMNGR_VISIT_EMPTY:
-        tell("skipped: neither text nor elements");
+        add(path_.text(), "skipped: neither text nor elements");
         break;
     case APPMNGR_VISIT_UNKNOWN:
-        tell("skipped: no element of the database");
+        add(path_.text(), "skipped: no element of the database");
         break;
     case APPMNGR_VISIT_MISPLACED:
-        tell("skipped: not where it belongs");
+        add(path_.text(), "skipped: not where it belongs");
         break;
     }
 }
 
-void Checker::followRule(const XMLP_NODE *node, bool isTaken) {
-    if (rule_ && path_.depth() <= rule_->depth) {
-        endRule();
-    }
-    if (isTaken && isNamed(node, "rule")) {
-        rule_ = {path_.text(), path_.depth(), 0};
-    } else if (isTaken && rule_ && isNamed(node, "tuple")) {
-        ++rule_->tuples;
-    }
-}
-
-void Checker::endRule() {
-    if (rule_ && rule_->tuples == 0) {
-        findings_.rows.push_back(
-            {textCell(rule_->path),
-             textCell("no tuple is taken: no record, and its features pass on to the next rule")});
-    }
-    rule_.reset();
+void Checker::affected(const APPMNGR_EFFECT &effect) {
+    validator_.examine(effect, path_,
+                       [&](const std::string &message) { add(path_.text(effect.node), message); });
 }
 
 void Checker::reported(const APPMNGR_REPORT_RECORD &report) {
@@ -126,18 +98,15 @@ void Checker::reported(const APPMNGR_REPORT_RECORD &report) {
         early_ += report.text;
         return;
     }
-    if (rule_ && isTupleRefused(report.number)) {
-        --rule_->tuples;
-    }
     const std::string reason = reasonOf(report);
     if (!reason.empty()) {
-        tell(reason);
+        add(path_.text(), reason);
     }
 }
 
-void Checker::refused(const char *text) {
+void Checker::refused(const XMLP_REPORT_RECORD &report) {
     if (!isWalking_) {
-        early_ += text;
+        early_ += report.text;
     }
 }
 
@@ -152,8 +121,13 @@ bool Checker::load(const Input &input) {
             static_cast<Checker *>(context)->reported(*report);
         },
         this);
-    xmlp_setReport(
-        [](const char *text, void *context) { static_cast<Checker *>(context)->refused(text); },
+    xmlp_setReportRecord([](const XMLP_REPORT_RECORD *report,
+                            void *context) { static_cast<Checker *>(context)->refused(*report); },
+                         this);
+    appmngr_setEffectListener(
+        [](const APPMNGR_EFFECT *effect, void *context) {
+            static_cast<Checker *>(context)->affected(*effect);
+        },
         this);
     appmngr_setVisitor([](const XMLP_NODE *node, APPMNGR_VISIT visit,
                           void *context) { static_cast<Checker *>(context)->visited(node, visit); },
@@ -162,7 +136,7 @@ bool Checker::load(const Input &input) {
     const int result = isImage(input) ? appmngr_loadImage(input.bytes.data(), size)
                                       : appmngr_loadText(input.bytes.data(), size);
     appmngr_setVisitor(nullptr, nullptr);
-    endRule();
+    appmngr_setEffectListener(nullptr, nullptr);
     sendReportsToStandardError();
     if (result != 0) {
         std::fputs(early_.c_str(), stderr);

@@ -39,13 +39,16 @@ void ElementPath::enter(const XMLP_NODE *node) {
     if (index > 1 || isList(parent)) {
         step += joined({"[", std::to_string(index), "]"});
     }
-    levels_.push_back({node, std::move(step), index, {}});
+    levels_.push_back({node, std::move(step), {}});
 }
 
-std::string ElementPath::text() const {
+std::string ElementPath::text(const XMLP_NODE *node) const {
     std::string text;
     for (const Level &level : levels_) {
         text += level.step;
+        if (level.node == node) {
+            break;
+        }
     }
     return text;
 }

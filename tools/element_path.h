@@ -18,18 +18,15 @@ public:
 
     // Of the element entered last: "/AppDB/appList/app[3]/ruleList". Members of lists are counted,
     // others from the second of a name on.
-    std::string text() const;
+    std::string text() const { return text(levels_.back().node); }
 
-    size_t depth() const { return levels_.size() - 1; }
-    uint32_t index() const {
-        return levels_.back().index;
-    } // among its siblings of that name, from 1
+    // Of an element around it or itself.
+    std::string text(const XMLP_NODE *node) const;
 
 private:
     struct Level {
         const XMLP_NODE *node = nullptr;
         std::string step;
-        uint32_t index = 0;
         std::map<std::string, uint32_t> seen; // how often each name has come up below it
     };
 

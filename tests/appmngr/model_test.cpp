@@ -56,8 +56,26 @@ void fill(std::string document, const std::vector<APPMNGR_HANDLER_INFO> &table) 
     g_appmngr_appDb.appCount = g_appmngr_counter.appIdx;
 }
 
+const char *nameOf(APPMNGR_EFFECT_CODE code) {
+    static constexpr const char *names[] = {
+        "ELSEWHERE", "TOO_DEEP",   "NO_ELEMENTS", "NO_RECORD",      "NO_ID",
+        "NO_TUPLE",  "REPEATED",   "NO_TEXT",     "TOO_LONG",       "TEXT",
+        "PORT",      "NOT_NUMBER", "IDENTIFIER",  "LATE_IDENTIFIER"};
+    return names[code];
+}
+
+void collectEffect(const APPMNGR_EFFECT *effect, void *context) {
+    const std::string text = effect->text != nullptr ? std::string(effect->text, effect->size) : "";
+    *static_cast<std::string *>(context) += std::string(effect->node->name) + ' ' +
+                                            nameOf(effect->code) + ' ' +
+                                            std::to_string(effect->number) + " '" + text + "'\n";
+}
+
+// A listener changes nothing either.
 TEST_F(Model, IsFilledInTheSameWayByACopyOfTheTable) {
     const auto table = copiedTable();
+    std::string effects;
+    appmngr_setEffectListener(collectEffect, &effects);
     forEachCase("model.cases", [&](const Case &test) {
         if (test.number("result") != 0) {
             return;
@@ -67,6 +85,17 @@ TEST_F(Model, IsFilledInTheSameWayByACopyOfTheTable) {
         outputOf([] { appmngr_dbReInit(); });
         EXPECT_EQ(outputOf([&] { fill(documentOf(test), table); }), printed);
         EXPECT_EQ(modelText(), expected);
+    });
+    appmngr_setEffectListener(nullptr, nullptr);
+}
+
+TEST_F(Model, TellsAListenerOfEffects) {
+    forEachCase("effects.cases", [&](const Case &test) {
+        std::string effects;
+        appmngr_setEffectListener(collectEffect, &effects);
+        EXPECT_EQ(load(documentOf(test)), 0);
+        appmngr_setEffectListener(nullptr, nullptr);
+        EXPECT_EQ(effects, test.lines("effects"));
     });
 }
 

@@ -9,9 +9,9 @@
 
 namespace velda::appmngr {
 
-// What is being read around an element. `anywhere` is a tree of a caller's own that begins below the
+// What is being read around an element. `any` is a tree of a caller's own that begins below the
 // database, where the current records are all there is to go by.
-enum class Scope : uint32_t { anywhere, database, app, appType };
+enum class Scope : uint32_t { any, database, app, appType };
 
 // The scope of the elements in `node`, which itself stands in the scope `around`.
 Scope scopeIn(const XMLP_NODE *node, Scope around);
@@ -29,15 +29,17 @@ inline bool isSelector(const void *param) {
 bool isCounted(Element element);
 
 // Each is true for an element on which its handler acts. Names other than those of the database document
-// are a caller's own, whose place is the caller's matter.
+// are a caller's own, whose context is the caller's matter.
 
-bool anywhere(const XMLP_NODE *node, const void *param);
-bool whereCounted(const XMLP_NODE *node, const void *param = nullptr);
+bool inCountedPath(const XMLP_NODE *node);
 bool inRecord(const XMLP_NODE *node, const void *param); // of an application or of a type
-bool inApp(const XMLP_NODE *node, const void *param = nullptr);
+bool inApp(const XMLP_NODE *node);
 bool inDirection(const XMLP_NODE *node, const void *param); // originating or reply
 
-// Whether the handler in the row of this element acts on `node`.
-bool acts(Element element, const XMLP_NODE *node, const void *param);
+// Whether the handler of this element acts on `node`.
+bool isValidContext(Element element, const XMLP_NODE *node, const void *param);
+
+// Whether the format has this element where `node` stands. Elsewhere its handler may act all the same.
+bool hasValidParent(Element element, const XMLP_NODE *node);
 
 } // namespace velda::appmngr

@@ -1,22 +1,33 @@
-#include "appmngr/places.h"
+#include "appmngr/context.h"
 
 #include "appmngr/walk.h"
+
+#include <algorithm>
 
 namespace velda::appmngr {
 
 namespace {
 
-#define PARENT_OF_ROW(name, handler, place, parent) Element::parent,
-constexpr Element countedParents[] = {DATABASE_ELEMENTS(PARENT_OF_ROW) Element::unknown};
-#undef PARENT_OF_ROW
+// Looked up for every element, so kept apart from the wide rows of the table. `id` is counted with the
+// type around it.
+struct CountedParents {
+    Element of[std::size(elementTable.rows)];
+};
 
-Element countedParent(Element element) {
-    return countedParents[static_cast<uint32_t>(element)];
+constexpr CountedParents findCountedParents() {
+    CountedParents parents = {};
+    for (size_t i = 0; i < std::size(parents.of); ++i) {
+        const ElementInfo &info = elementTable.rows[i];
+        const bool isCounted = info.context == Context::inCountedPath && info.parentCount == 1;
+        parents.of[i] = isCounted ? info.parents[0] : Element::unknown;
+    }
+    return parents;
 }
 
-// What stands directly in a tree; also what was never linked into one.
-bool isTop(const XMLP_NODE *node) {
-    return node->parent == nullptr || node->parent->name == nullptr;
+constexpr CountedParents countedParents = findCountedParents();
+
+Element countedParent(Element element) {
+    return countedParents.of[static_cast<uint32_t>(element)];
 }
 
 } // namespace
@@ -34,35 +45,31 @@ Scope scopeIn(const XMLP_NODE *node, Scope around) {
         return Scope::appType;
     }
     const bool isDatabase = element == Element::appList || element == Element::appTypeList ||
-                            (element == Element::AppDB && around == Scope::anywhere);
+                            (element == Element::AppDB && around == Scope::any);
     return isDatabase ? Scope::database : around;
 }
 
 Scope scopeAround(const XMLP_NODE *node) {
     if (node == nullptr) {
-        return Scope::anywhere;
+        return Scope::any;
     }
     if (const Surroundings *known = surroundingsIn(node->parent)) {
         return known->scope;
     }
-    Scope scope = Scope::anywhere;
+    Scope scope = Scope::any;
     for (const XMLP_NODE *above = node->parent; above != nullptr; above = above->parent) {
-        const Scope inside = scopeIn(above, Scope::anywhere);
-        if (inside != Scope::anywhere && !isA(above, Element::AppDB)) {
+        const Scope inside = scopeIn(above, Scope::any);
+        if (inside != Scope::any && !isA(above, Element::AppDB)) {
             return inside; // the innermost list or record
         }
-        scope = inside != Scope::anywhere ? inside : scope;
+        scope = inside != Scope::any ? inside : scope;
     }
     return scope;
 }
 
-bool anywhere(const XMLP_NODE *, const void *) {
-    return true;
-}
-
 // As far up as the tree goes. A tree in which something was counted has the whole path; a caller's may
 // begin further down.
-bool whereCounted(const XMLP_NODE *node, const void *) {
+bool inCountedPath(const XMLP_NODE *node) {
     if (node == nullptr) {
         return true;
     }
@@ -98,21 +105,36 @@ bool inRecord(const XMLP_NODE *node, const void *param) {
     return isSelector(param) && scopeAround(node) != Scope::database;
 }
 
-bool inApp(const XMLP_NODE *node, const void *) {
+bool inApp(const XMLP_NODE *node) {
     const Scope scope = scopeAround(node);
-    return scope == Scope::app || scope == Scope::anywhere;
+    return scope == Scope::app || scope == Scope::any;
 }
 
 bool inDirection(const XMLP_NODE *node, const void *param) {
     return isSelector(param) && inApp(node);
 }
 
-#define PLACE_OF_ROW(name, handler, place, parent) place,
-bool acts(Element element, const XMLP_NODE *node, const void *param) {
-    static constexpr bool (*places[])(const XMLP_NODE *,
-                                      const void *) = {DATABASE_ELEMENTS(PLACE_OF_ROW) anywhere};
-    return places[static_cast<uint32_t>(element)](node, param);
+bool isValidContext(Element element, const XMLP_NODE *node, const void *param) {
+    switch (infoOf(element).context) {
+    case Context::any:
+        break;
+    case Context::inCountedPath:
+        return inCountedPath(node);
+    case Context::inRecord:
+        return inRecord(node, param);
+    case Context::inApp:
+        return inApp(node);
+    case Context::inDirection:
+        return inDirection(node, param);
+    }
+    return true;
 }
-#undef PLACE_OF_ROW
+
+bool hasValidParent(Element element, const XMLP_NODE *node) {
+    const ElementInfo &info = infoOf(element);
+    const Element parent = isTop(node) ? Element::document : elementOf(node->parent);
+    return std::find(info.parents, info.parents + info.parentCount, parent) !=
+           info.parents + info.parentCount;
+}
 
 } // namespace velda::appmngr
