@@ -27,6 +27,8 @@ size_t byteOrderMarkLength(const char *text, size_t length) {
     }
 }
 
+// A text ends at its first NUL, however long it was in the image. The parser skips a mark of UTF-8 once more, so
+// that a declaration may come after two of them.
 OwnedDoc parseText(const char *text) {
     if (text == nullptr) {
         return OwnedDoc(xmlp_loadDoc(nullptr, 0, 1));

@@ -1,17 +1,19 @@
 // The encrypted container: a database image behind a header, sealed by a digest and encrypted.
 
 #include "appmngr/appmngr_internal.h"
+#include "common/byte_order.h"
 #include "crypto/quelm.h"
 
-#include <arpa/inet.h>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
+using velda::loadBigEndian;
+using velda::storeBigEndian;
+
 namespace {
 
-constexpr uint8_t containerKey[QUELM_DES_KEY_SIZE] = {0x5C, 0x1E, 0x93, 0xA7,
-                                                      0x02, 0x6B, 0xD8, 0xF4};
+constexpr uint8_t deviceKey[QUELM_DES_KEY_SIZE] = QUELM_DEVICE_KEY;
 
 // The decrypted container: digest, header, data. The digest covers all that follows it.
 constexpr uint32_t digestSize = QUELM_MD5_SIZE;
@@ -27,17 +29,6 @@ constexpr uint32_t magicCode = 0x04000001;
 constexpr char currentVersion[] = "1.2.0";
 constexpr uint8_t sealedVersion[] = {0, 1, 2, 0};
 constexpr size_t comparedVersionSize = 4; // any patch level will do
-
-uint32_t loadBigEndian(const uint8_t *bytes) {
-    uint32_t value = 0;
-    std::memcpy(&value, bytes, sizeof value);
-    return ntohl(value);
-}
-
-void storeBigEndian(uint8_t *bytes, uint32_t value) {
-    const uint32_t ordered = htonl(value);
-    std::memcpy(bytes, &ordered, sizeof ordered);
-}
 
 // The length is held against what was decrypted before anything trusts it.
 bool reaches(uint32_t decryptedSize, uint32_t dataLength) {
@@ -68,7 +59,7 @@ Opening openContainer(void *dst, uint32_t *dstLen, const void *src, uint32_t src
     auto *text = static_cast<uint8_t *>(dst);
     std::memset(text, 0, capacity);
     const auto decryptedSize = static_cast<uint32_t>(quelm_des_min_do(
-        src, static_cast<int32_t>(srcLen), text, static_cast<int32_t>(capacity), containerKey, 0));
+        src, static_cast<int32_t>(srcLen), text, static_cast<int32_t>(capacity), deviceKey, 0));
     if (decryptedSize <= digestSize) {
         return {Opened::nothing, decryptedSize, 0};
     }
@@ -231,7 +222,7 @@ int32_t appmngr_db_sealAppDb(void *dst, uint32_t *dstLen, const void *image, uin
     storeBigEndian(header + magicOffset, magicCode);
     std::memcpy(header + headerSize, bytes + APPMNGR_IMAGE_LENGTH_SIZE, dataLength);
     quelm_md5_sum(plain, header, static_cast<int32_t>(headerSize + dataLength));
-    quelm_des_inplace_do(plain, static_cast<int32_t>(sealedSize), containerKey, 1);
+    quelm_des_inplace_do(plain, static_cast<int32_t>(sealedSize), deviceKey, 1);
     *dstLen = sealedSize;
     return APPMNGR_SUCCESS;
 }

@@ -2,10 +2,10 @@
 
 #include "appmngr/appmngr_internal.h"
 #include "appmngr/block.h"
+#include "common/byte_order.h"
 #include "common/owned.h"
 
 #include <algorithm>
-#include <arpa/inet.h>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -53,12 +53,6 @@ OwnedFile openForReading(const char *path) {
     return nullptr;
 }
 
-uint32_t bigEndian(const uint8_t *bytes) {
-    uint32_t value = 0;
-    std::memcpy(&value, bytes, sizeof value);
-    return ntohl(value);
-}
-
 template <class Byte>
 bool obtain(Byte *&buffer, size_t size) {
     buffer = static_cast<Byte *>(std::calloc(size, 1));
@@ -75,7 +69,7 @@ int refuseLength(uint32_t capacity) {
 
 // Decompresses the text of the image in its buffer; the text buffer is zeroed.
 int decodeImage() {
-    const uint32_t blockLength = bigEndian(g_appmngr_flashBuf);
+    const uint32_t blockLength = velda::loadBigEndian(g_appmngr_flashBuf);
     if (blockLength > APPMNGR_BLOCK_SIZE_MAX) {
         appmngr_report(readFunction, 2158, "Block length \"%u\" is beyond the image.\n",
                        blockLength);

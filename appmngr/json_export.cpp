@@ -2,6 +2,7 @@
 
 #include "appmngr/appmngr_internal.h"
 #include "appmngr/written.h"
+#include "common/protocol.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -10,14 +11,8 @@ namespace {
 
 // Only these two have a name in the document.
 const char *protocolName(uint8_t protocol) {
-    switch (protocol) {
-    case 6:
-        return "tcp";
-    case 17:
-        return "udp";
-    default:
-        return "none";
-    }
+    const bool isNamed = protocol == velda::tcp.number || protocol == velda::udp.number;
+    return isNamed ? appmngr_utils_proto2str(protocol) : "none";
 }
 
 void writeFeature(FILE *file, const APPMNGR_FEATURE &feature) {

@@ -5,6 +5,7 @@
 #include "appmngr/context.h"
 #include "appmngr/effects.h"
 #include "appmngr/node_text.h"
+#include "common/protocol.h"
 
 #include <algorithm>
 #include <arpa/inet.h>
@@ -84,16 +85,11 @@ private:
     }
 
     bool readProtocol(uint8_t &protocol) {
-        if (skip("tcp")) {
-            protocol = IPPROTO_TCP;
-        } else if (skip("udp")) {
-            protocol = IPPROTO_UDP;
-        } else if (skip("icmp")) {
-            protocol = IPPROTO_ICMP;
-        } else {
-            return false;
-        }
-        return true;
+        const auto is = [this, &protocol](const velda::Protocol &known) {
+            protocol = known.number;
+            return skip(known.name);
+        };
+        return is(velda::tcp) || is(velda::udp) || is(velda::icmp);
     }
 
     // Without zeros in front, so that it is the same number to everyone.

@@ -1,19 +1,13 @@
+#include "common/protocol.h"
+
 #include "common/common.h"
 
-namespace {
-
-struct Protocol {
-    const char *name;
-    int number;
-};
-
-constexpr Protocol protocols[] = {{"tcp", 6}, {"udp", 17}, {"icmp", 1}};
-
-} // namespace
+using velda::Protocol;
+using velda::protocols;
 
 int appmngr_utils_str2proto(const char *name) {
     for (const Protocol &protocol : protocols) {
-        if (appmngr_string_safeCaseCmp(name, protocol.name) == 0) {
+        if (appmngr_string_safeCaseCmp(name, protocol.name.data()) == 0) {
             return protocol.number;
         }
     }
@@ -24,7 +18,7 @@ int appmngr_utils_str2proto(const char *name) {
 const char *appmngr_utils_proto2str(int proto) {
     for (const Protocol &protocol : protocols) {
         if (protocol.number == proto) {
-            return protocol.name;
+            return protocol.name.data();
         }
     }
     return "unknown";

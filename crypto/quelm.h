@@ -22,6 +22,11 @@ extern "C" {
 
 enum { QUELM_DES_BLOCK_SIZE = 8, QUELM_DES_KEY_SIZE = 8, QUELM_MD5_SIZE = 16 };
 
+/* The initialiser of the key that is the same in every device: that of sealed files and of the database
+ * module's container. It keeps out accidents, not people. */
+#define QUELM_DEVICE_KEY \
+    { 0x5C, 0x1E, 0x93, 0xA7, 0x02, 0x6B, 0xD8, 0xF4 }
+
 /* ---- Reports --------------------------------------------------------------------------------- */
 
 /* Takes a report, the text of one line with its line end, and the context given with the function. */
@@ -94,7 +99,7 @@ void quelm_hmac_md5(const void *text, int32_t textLength, const void *key, int32
 int32_t quelm_md5_des_do(const void *input, int32_t inputLength, void *output,
                          int32_t outputCapacity, const void *key, int encrypt);
 
-/* The same from file to file, under the library's own key, for inputs of up to 16,382 bytes. 0,
+/* The same from file to file, under QUELM_DEVICE_KEY, for inputs of up to 16,382 bytes. 0,
  * also when the output could not be written whole; -1 when a file can't be opened or read, memory
  * runs out or the input is larger (silently). What failed is reported with the system's reason: "open
  * input file", "quelm_md5_des_file" for memory, of which it takes 64 KiB and wipes them, "read", "open

@@ -16,7 +16,7 @@ constexpr int32_t digestSize = QUELM_MD5_SIZE;
 // What the cipher wants beyond its input.
 constexpr int32_t cipherRoom = QUELM_DES_BLOCK_SIZE;
 
-constexpr uint8_t fileKey[QUELM_DES_KEY_SIZE] = {0x5C, 0x1E, 0x93, 0xA7, 0x02, 0x6B, 0xD8, 0xF4};
+constexpr uint8_t deviceKey[QUELM_DES_KEY_SIZE] = QUELM_DEVICE_KEY;
 
 constexpr size_t inputBufferSize = 16384;
 constexpr size_t inputSizeLimit = inputBufferSize - 1; // an input that fills it counts as too large
@@ -120,7 +120,7 @@ int quelm_md5_des_file(const char *inputPath, const char *outputPath, int encryp
     }
     const int32_t size =
         quelm_md5_des_do(buffers->input, static_cast<int32_t>(length), buffers->output,
-                         sizeof buffers->output, fileKey, encrypt);
+                         sizeof buffers->output, deviceKey, encrypt);
     if (size < 0) {
         return -1;
     }

@@ -1,18 +1,23 @@
 #include "tools/image_text.h"
 
 #include "appmngr/appmngr.h"
-#include "common/owned.h"
+#include "common/byte_order.h"
+#include "common/lzma_decoder.h"
 #include "tools/messages.h"
 
 #include <algorithm>
 #include <lzma.h>
 #include <memory>
 
+using velda::loadBigEndian;
+using velda::loadLittleEndian;
+using velda::storeBigEndian;
+using velda::storeLittleEndian;
+
 namespace {
 
 constexpr size_t textSizeMax = APPMNGR_DB_XML_SIZE - 1; // the loader adds a terminator
 constexpr size_t headerEnd = APPMNGR_IMAGE_LENGTH_SIZE + APPMNGR_BLOCK_HEADER_SIZE;
-constexpr size_t propertiesSize = 5;
 
 constexpr uint32_t dictionarySize = uint32_t{1} << 18;
 static_assert(dictionarySize >= textSizeMax);
@@ -29,26 +34,6 @@ const uint8_t *bytesOf(const std::string &text) {
 
 uint8_t *bytesOf(std::string &text) {
     return reinterpret_cast<uint8_t *>(text.data());
-}
-
-void storeBigEndian(uint8_t *bytes, uint32_t value) {
-    for (int i = 0; i < 4; ++i) {
-        bytes[i] = static_cast<uint8_t>(value >> (24 - 8 * i));
-    }
-}
-
-void storeLittleEndian(uint8_t *bytes, uint64_t value) {
-    for (int i = 0; i < 8; ++i) {
-        bytes[i] = static_cast<uint8_t>(value >> (8 * i));
-    }
-}
-
-uint32_t bigEndian(const uint8_t *bytes) {
-    return uint32_t{bytes[0]} << 24 | uint32_t{bytes[1]} << 16 | uint32_t{bytes[2]} << 8 | bytes[3];
-}
-
-uint32_t littleEndian(const uint8_t *bytes) {
-    return uint32_t{bytes[3]} << 24 | uint32_t{bytes[2]} << 16 | uint32_t{bytes[1]} << 8 | bytes[0];
 }
 
 // Codes all of the input and takes it off, writes the output and cuts it to what was written.
@@ -73,7 +58,7 @@ std::optional<ImageHeader> readImageHeader(const Input &image) {
     start.resize(headerEnd, '\0'); // as a load reads a short file
     const uint8_t *bytes = bytesOf(start);
     ImageHeader header = {};
-    header.blockLength = bigEndian(bytes);
+    header.blockLength = loadBigEndian(bytes);
     if (header.blockLength < APPMNGR_BLOCK_HEADER_SIZE ||
         header.blockLength > APPMNGR_BLOCK_SIZE_MAX) {
         printError(image.name, "no database image: a block of " +
@@ -85,8 +70,8 @@ std::optional<ImageHeader> readImageHeader(const Input &image) {
     header.lc = properties % 9;
     header.lp = properties / 9 % 5;
     header.pb = properties / 45;
-    header.dictionarySize = littleEndian(block + APPMNGR_BLOCK_PROPERTIES + 1);
-    header.textSize = littleEndian(block + APPMNGR_BLOCK_TEXT_SIZE);
+    header.dictionarySize = loadLittleEndian(block + APPMNGR_BLOCK_PROPERTIES + 1);
+    header.textSize = loadLittleEndian(block + APPMNGR_BLOCK_TEXT_SIZE);
     return header;
 }
 
@@ -96,25 +81,16 @@ std::optional<std::string> decodeText(const Input &image) {
         return std::nullopt;
     }
     const uint8_t *block = bytesOf(image.bytes) + APPMNGR_IMAGE_LENGTH_SIZE;
-    lzma_filter filters[] = {{LZMA_FILTER_LZMA1, nullptr}, {LZMA_VLI_UNKNOWN, nullptr}};
+    velda::LzmaDecoder decoder;
     if (header->textSize > textSizeMax || image.bytes.size() <= headerEnd ||
-        lzma_properties_decode(&filters[0], nullptr, block + APPMNGR_BLOCK_PROPERTIES,
-                               propertiesSize) != LZMA_OK) {
+        decoder.begin(block + APPMNGR_BLOCK_PROPERTIES, dictionarySize) != LZMA_OK) {
         printError(image.name, "the text can't be decoded: its header is damaged");
         return std::nullopt;
     }
-    const velda::Owned<void> options(filters[0].options);
-    // More than the largest text is never reached back to.
-    uint32_t &size = static_cast<lzma_options_lzma *>(filters[0].options)->dict_size;
-    size = std::clamp(size, uint32_t{LZMA_DICT_SIZE_MIN}, dictionarySize);
-    lzma_stream stream = LZMA_STREAM_INIT;
-    const OwnedStream owner(&stream);
+    const size_t coded = std::min(image.bytes.size() - headerEnd,
+                                  size_t{header->blockLength} - APPMNGR_BLOCK_HEADER_SIZE);
     std::string text(header->textSize, '\0');
-    if (lzma_raw_decoder(&stream, filters) == LZMA_OK) {
-        const size_t coded = std::min(image.bytes.size() - headerEnd,
-                                      size_t{header->blockLength} - APPMNGR_BLOCK_HEADER_SIZE);
-        codeAll(&stream, bytesOf(image.bytes) + headerEnd, coded, text, 0);
-    }
+    text.resize(decoder.run(bytesOf(image.bytes) + headerEnd, coded, text.data(), text.size()));
     if (text.size() < header->textSize) {
         printError(image.name, "the text can't be decoded: it is damaged behind byte " +
                                    std::to_string(text.size()));

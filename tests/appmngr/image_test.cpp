@@ -78,17 +78,23 @@ TEST_F(Image, IsNotNeededForAText) {
     const std::string tooLong =
         "[Error](_appmngr_readAppDb) 2167: Size of buffer \"204800\" is too small.\n"
         "[Error](_appmngr_readFromDatabase) 2570: _appmngr_readAppDb failed\n";
-    const std::string noTag = "_checkXml: no xml tag found.\n"
-                              "[Error](_appmngr_readFromDatabase) 2586: Analyze database failed\n";
+    const std::string refused =
+        "[Error](_appmngr_readFromDatabase) 2586: Analyze database failed\n";
+    const std::string noTag = "_checkXml: no xml tag found.\n" + refused;
     const auto filled = [](size_t size) {
         std::string text = smallDocument();
         text.resize(size, ' ');
         return text;
     };
     const std::string zero(1, '\0');
+    const std::string mark = "\xEF\xBB\xBF";
+    const std::string declared = "<?xml version=\"1.0\"?>" + smallDocument();
     const std::pair<std::string, std::string> cases[] = {
         {smallDocument(), ""},
-        {"\xEF\xBB\xBF" + smallDocument(), ""},
+        {mark + smallDocument(), ""},
+        {mark + mark + declared, ""}, // one for the module, one for the parser
+        {mark + mark + mark + declared,
+         "_subXml: error xml tag.\n_checkXml: error xml tag.\n" + refused},
         {smallDocument() + zero + "<not read>", ""},
         {filled(204'799), ""},
         {filled(204'800), tooLong},

@@ -16,12 +16,20 @@ uint32_t length(const char *text) {
     return static_cast<uint32_t>(std::strlen(text));
 }
 
-XMLP_ATTR *findAttr(const XMLP_NODE *node, const char *name) {
+// The attribute of this name, or null. `before` is the one before it, or the last one where there is none.
+XMLP_ATTR *findAttr(const XMLP_NODE *node, const char *name, XMLP_ATTR *&before) {
+    before = nullptr;
     XMLP_ATTR *attr = node->attrList;
     while (attr != nullptr && std::strcmp(attr->name, name) != 0) {
+        before = attr;
         attr = attr->next;
     }
     return attr;
+}
+
+XMLP_ATTR *findAttr(const XMLP_NODE *node, const char *name) {
+    XMLP_ATTR *ignored = nullptr;
+    return findAttr(node, name, ignored);
 }
 
 // A copy of `value` in `copy`, null for null; false when it cannot be had.
@@ -97,12 +105,9 @@ int xmlp_addNodeAttr(XMLP_NODE *node, const char *name, const char *value) {
         return -1;
     }
     XMLP_ATTR *last = nullptr;
-    for (XMLP_ATTR *attr = node->attrList; attr != nullptr; attr = attr->next) {
-        if (std::strcmp(attr->name, name) == 0) {
-            XMLP_REPORT("attribute existed.");
-            return -1;
-        }
-        last = attr;
+    if (findAttr(node, name, last) != nullptr) {
+        XMLP_REPORT("attribute existed.");
+        return -1;
     }
     return append(node, last, name, value) != nullptr ? 0 : -1;
 }
@@ -165,19 +170,16 @@ int xmlp_delNodeAttr(XMLP_NODE *node, const char *name) {
         XMLP_REPORT("invalid params.");
         return -1;
     }
-    XMLP_ATTR *attr = findAttr(node, name);
+    XMLP_ATTR *before = nullptr;
+    XMLP_ATTR *attr = findAttr(node, name, before);
     if (attr == nullptr) {
         XMLP_REPORT("attribute not exist.");
         return -1;
     }
-    if (node->attrList == attr) {
-        node->attrList = attr->next;
-    } else {
-        XMLP_ATTR *before = node->attrList;
-        while (before->next != attr) {
-            before = before->next;
-        }
+    if (before != nullptr) {
         before->next = attr->next;
+    } else {
+        node->attrList = attr->next;
     }
     freeAttr(attr);
     return 0;
