@@ -187,7 +187,7 @@ int appmngr_dbReInit(void);
 
 /* What the last load has filled, good until the next load or reset. Without a database the counts
  * are 0. During a load, as a visitor sees it, the counts in the records are still those of the
- * counting pass: how many there is room for. */
+ * counting pass: how many have been obtained. */
 const APPMNGR_APPDB *appmngr_getAppDb(void);
 const APPMNGR_APPDNS *appmngr_getAppDns(void);
 
@@ -270,7 +270,7 @@ typedef struct {
     const void *data;
 } APPMNGR_CONTAINER;
 
-/* Deciphers the `srcLen` bytes of a container into `dst`, whose capacity is *dstLen, and checks the
+/* Decrypts the `srcLen` bytes of a container into `dst`, whose capacity is *dstLen, and checks the
  * digest. `dst` needs 8 bytes more than the container. Nothing is reported. When it fails *dstLen stays
  * as it was, and `dst` holds nothing of use.
  *   0      APPMNGR_SUCCESS, with the header and the data in `dst` and their length in *dstLen
@@ -285,14 +285,14 @@ int32_t appmngr_db_openContainer(void *dst, uint32_t *dstLen, const void *src, u
  * line but for -4:
  *   -1  an argument is null: "Invalid param!"
  *   -2  a container of 16 bytes or less, or a capacity that is not larger than it: "invalid length:
- *       srcLen = [%d] *pDstlen = [%d]"; a length field that reaches beyond what was deciphered:
+ *       srcLen = [%d] *pDstlen = [%d]"; a length field that reaches beyond what was decrypted:
  *       "length field [%u] exceeds the [%u] bytes deciphered", *dstLen unchanged
  *   -3  nothing but a digest, or the capacity is too small: "quelm_des_min_do failed:
  *       length = [%d]"
- *   -4  the digest does not match; `dst` holds the deciphered bytes, *dstLen is set */
+ *   -4  the digest does not match; `dst` holds the decrypted bytes, *dstLen is set */
 int32_t appmngr_decrypt(void *dst, uint32_t *dstLen, const void *src, uint32_t srcLen);
 
-/* Deciphers a container into the module's work buffer, validates its header field by field and
+/* Decrypts a container into the module's work buffer, validates its header field by field and
  * makes a database image of it there. The buffer is obtained once and kept.
  *   0      APPMNGR_SUCCESS
  *   -1     no memory: "alloc memory fail"
@@ -308,7 +308,7 @@ int32_t appmngr_db_writeAppDbFromDatabase(APPMNGR_CONTAINER container, char *ver
 enum { APPMNGR_CONTAINER_HEADER_SIZE = 16 };
 
 /* Makes the container of a database image: what appmngr_db_writeAppDbFromDatabase takes, of version
- * 1.2.0. What stands behind the image's block is left out. `dst`, whose capacity is *dstLen, needs 64
+ * 1.2.0. What follows the image's block is left out. `dst`, whose capacity is *dstLen, needs 64
  * bytes more than the image. Nothing is reported.
  *   0      APPMNGR_SUCCESS, with the length of the container in *dstLen
  *   -8999  APPMNGR_ERR_INVALID_ARG: an argument is null
@@ -317,7 +317,7 @@ enum { APPMNGR_CONTAINER_HEADER_SIZE = 16 };
  *   -8992  APPMNGR_ERR_SIZE_SMALL: the capacity is too small */
 int32_t appmngr_db_sealAppDb(void *dst, uint32_t *dstLen, const void *image, uint32_t imageLen);
 
-/* 1 when a version text begins as the module's own does, to the dot behind its minor number; else
+/* 1 when a version text begins as the module's own does, to the dot after its minor number; else
  * 0, also when either is null, and else again with "1.2.x", five characters, in `versionOut`. */
 int appmngr_db_checkVersion(const char *versionText, char *versionOut);
 
@@ -344,7 +344,7 @@ int appmngr_getBomType(const unsigned char *text, int len);
 int appmngr_parseThroughXML(const char *parentPath, XMLP_NODE *node);
 
 /* One row of a handler table: elements of this name, in any ASCII case, are given to the handler,
- * with the context word of the walk. A row without name ends a table. */
+ * with the user data of the walk. A row without name ends a table. */
 typedef struct {
     const char *name;
     int (*handler)(XMLP_NODE *node, void *param);

@@ -10,7 +10,7 @@
 extern "C" {
 #endif
 
-/* ---- State ----------------------------------------------------------------------------------- */
+/* ---- State (state.cpp) ----------------------------------------------------------------------- */
 
 /* Sizes of the load's buffers and the place of the database in the image. */
 typedef struct {
@@ -29,7 +29,7 @@ extern unsigned char *g_appmngr_flashBuf;
 extern char *g_appmngr_appDbXml;
 extern char *g_appmngr_appDescXml;
 
-/* Where containers are deciphered; null before the first one, then kept. */
+/* Where containers are decrypted; null before the first one, then kept. */
 extern unsigned char *g_appmngr_decryptBuf;
 
 /* The model. */
@@ -43,9 +43,13 @@ extern int32_t g_appmngr_appTypeId[APPMNGR_APP_TYPES_MAX];
 /* The one scratch for the text of an element. */
 extern char g_appmngr_nodeValue[APPMNGR_NODE_TEXT_SIZE];
 
-/* The rows of the database document, and the table that the walk uses now. */
+/* The rows of the database document (elements.cpp), and the table that the walk uses now. */
 extern const APPMNGR_HANDLER_INFO g_appmngr_nodeHandlers[];
 extern APPMNGR_HANDLER_INFO *g_appmngr_handlerInfo;
+
+/* Who is told what handlers do silently; null for nobody. */
+extern APPMNGR_EFFECT_LISTENER g_appmngr_effectListener;
+extern void *g_appmngr_effectListenerContext;
 
 /* ---- Image ----------------------------------------------------------------------------------- */
 

@@ -1,4 +1,4 @@
-// The encrypted container: a database image behind a header, sealed by a digest and enciphered.
+// The encrypted container: a database image behind a header, sealed by a digest and encrypted.
 
 #include "appmngr/appmngr_internal.h"
 #include "common/byte_order.h"
@@ -8,8 +8,6 @@
 #include <cstdlib>
 #include <cstring>
 
-unsigned char *g_appmngr_decryptBuf;
-
 using velda::loadBigEndian;
 using velda::storeBigEndian;
 
@@ -17,7 +15,7 @@ namespace {
 
 constexpr uint8_t deviceKey[QUELM_DES_KEY_SIZE] = QUELM_DEVICE_KEY;
 
-// The deciphered container: digest, header, data. The digest covers all that follows it.
+// The decrypted container: digest, header, data. The digest covers all that follows it.
 constexpr uint32_t digestSize = QUELM_MD5_SIZE;
 constexpr uint32_t headerSize = APPMNGR_CONTAINER_HEADER_SIZE;
 
@@ -32,17 +30,17 @@ constexpr char currentVersion[] = "1.2.0";
 constexpr uint8_t sealedVersion[] = {0, 1, 2, 0};
 constexpr size_t comparedVersionSize = 4; // any patch level will do
 
-// The length is held against what was deciphered before anything trusts it.
-bool reaches(uint32_t deciphered, uint32_t dataLength) {
-    return uint64_t{digestSize} + headerSize + dataLength <= deciphered;
+// The length is held against what was decrypted before anything trusts it.
+bool reaches(uint32_t decryptedSize, uint32_t dataLength) {
+    return uint64_t{digestSize} + headerSize + dataLength <= decryptedSize;
 }
 
-enum class Opened { done, withoutArgument, tooShort, noRoom, nothing, cutShort, wrongDigest };
+enum class Opened { done, withoutArgument, tooShort, noCapacity, nothing, cutShort, wrongDigest };
 
 struct Opening {
     Opened outcome;
-    uint32_t deciphered; // bytes, digest included
-    uint32_t dataLength; // as the header tells, once that much is deciphered
+    uint32_t decryptedSize; // bytes, digest included
+    uint32_t dataLength;    // as the header tells, once that much is decrypted
 };
 
 // Puts header and data at the beginning of `dst` and their length in *dstLen. For a wrong digest the
@@ -56,26 +54,26 @@ Opening openContainer(void *dst, uint32_t *dstLen, const void *src, uint32_t src
         return {Opened::tooShort, 0, 0};
     }
     if (capacity <= srcLen) {
-        return {Opened::noRoom, 0, 0};
+        return {Opened::noCapacity, 0, 0};
     }
     auto *text = static_cast<uint8_t *>(dst);
     std::memset(text, 0, capacity);
-    const auto deciphered = static_cast<uint32_t>(quelm_des_min_do(
+    const auto decryptedSize = static_cast<uint32_t>(quelm_des_min_do(
         src, static_cast<int32_t>(srcLen), text, static_cast<int32_t>(capacity), deviceKey, 0));
-    if (deciphered <= digestSize) {
-        return {Opened::nothing, deciphered, 0};
+    if (decryptedSize <= digestSize) {
+        return {Opened::nothing, decryptedSize, 0};
     }
     const uint32_t dataLength = loadBigEndian(text + digestSize);
-    if (!reaches(deciphered, dataLength)) {
-        return {Opened::cutShort, deciphered, dataLength};
+    if (!reaches(decryptedSize, dataLength)) {
+        return {Opened::cutShort, decryptedSize, dataLength};
     }
     const uint32_t sealedSize = headerSize + dataLength;
     *dstLen = sealedSize;
     if (quelm_md5_check(text, text + digestSize, static_cast<int32_t>(sealedSize)) == 0) {
-        return {Opened::wrongDigest, deciphered, dataLength};
+        return {Opened::wrongDigest, decryptedSize, dataLength};
     }
     std::memmove(text, text + digestSize, sealedSize);
-    return {Opened::done, deciphered, dataLength};
+    return {Opened::done, decryptedSize, dataLength};
 }
 
 } // namespace
@@ -89,17 +87,17 @@ int32_t appmngr_decrypt(void *dst, uint32_t *dstLen, const void *src, uint32_t s
         appmngr_report(__func__, 2647, "Invalid param!\n");
         return -1;
     case Opened::tooShort:
-    case Opened::noRoom:
+    case Opened::noCapacity:
         appmngr_report(__func__, 2654, "invalid length: srcLen = [%d] *pDstlen = [%d]\n",
                        static_cast<int>(srcLen), static_cast<int>(*dstLen));
         return -2;
     case Opened::nothing:
         appmngr_report(__func__, 2676, "quelm_des_min_do failed: length = [%d]\n",
-                       static_cast<int>(opening.deciphered));
+                       static_cast<int>(opening.decryptedSize));
         return -3;
     case Opened::cutShort:
         appmngr_report(__func__, 2684, "length field [%u] exceeds the [%u] bytes deciphered\n",
-                       opening.dataLength, opening.deciphered);
+                       opening.dataLength, opening.decryptedSize);
         return -2;
     case Opened::wrongDigest:
         break;
@@ -109,18 +107,18 @@ int32_t appmngr_decrypt(void *dst, uint32_t *dstLen, const void *src, uint32_t s
 
 int32_t appmngr_db_openContainer(void *dst, uint32_t *dstLen, const void *src, uint32_t srcLen) {
     uint32_t length = dstLen != nullptr ? *dstLen : 0;
-    // What the cipher asks for. It refuses less room as it refuses too short a text.
-    const bool isRoomy = uint64_t{length} >= uint64_t{srcLen} + QUELM_DES_BLOCK_SIZE;
+    // What the cipher asks for. It refuses a smaller capacity as it refuses too short a text.
+    const bool hasCapacity = uint64_t{length} >= uint64_t{srcLen} + QUELM_DES_BLOCK_SIZE;
     switch (openContainer(dst, dstLen != nullptr ? &length : nullptr, src, srcLen).outcome) {
     case Opened::done:
         *dstLen = length;
         return APPMNGR_SUCCESS;
     case Opened::withoutArgument:
         return APPMNGR_ERR_INVALID_ARG;
-    case Opened::noRoom:
+    case Opened::noCapacity:
         return APPMNGR_ERR_SIZE_SMALL;
     case Opened::nothing:
-        return isRoomy ? APPMNGR_ERR_FILE_INVALID_LEN : APPMNGR_ERR_SIZE_SMALL;
+        return hasCapacity ? APPMNGR_ERR_FILE_INVALID_LEN : APPMNGR_ERR_SIZE_SMALL;
     case Opened::tooShort:
     case Opened::cutShort:
         return APPMNGR_ERR_FILE_INVALID_LEN;

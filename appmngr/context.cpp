@@ -102,7 +102,7 @@ bool inCountedPath(const XMLP_NODE *node) {
 }
 
 bool inRecord(const XMLP_NODE *node, const void *param) {
-    return isSelector(param) && scopeAround(node) != Scope::database;
+    return isTag(param) && scopeAround(node) != Scope::database;
 }
 
 bool inApp(const XMLP_NODE *node) {
@@ -111,7 +111,7 @@ bool inApp(const XMLP_NODE *node) {
 }
 
 bool inDirection(const XMLP_NODE *node, const void *param) {
-    return isSelector(param) && inApp(node);
+    return isTag(param) && inApp(node);
 }
 
 bool isValidContext(Element element, const XMLP_NODE *node, const void *param) {

@@ -16,13 +16,13 @@ enum class Scope : uint32_t { any, database, app, appType };
 // The scope of the elements in `node`, which itself stands in the scope `around`.
 Scope scopeIn(const XMLP_NODE *node, Scope around);
 
-// The scope in which an element stands: told by the walk while it is at this element's level, else by the
-// elements around it.
+// The scope in which an element stands: known to the walk while it is at this element's level, else found from
+// the elements around it.
 Scope scopeAround(const XMLP_NODE *node);
 
-inline bool isSelector(const void *param) {
-    constexpr uintptr_t largestSelector = 1;
-    return reinterpret_cast<uintptr_t>(param) <= largestSelector;
+inline bool isTag(const void *param) {
+    constexpr uintptr_t largestTag = 1;
+    return reinterpret_cast<uintptr_t>(param) <= largestTag;
 }
 
 // Whether this is one of the elements that the counting pass counts or goes through, lists and below.

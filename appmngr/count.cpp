@@ -5,6 +5,7 @@
 // and goes no deeper where none is left: that bounds the recursion too.
 
 #include "appmngr/elements.h"
+#include "common/ascii.h"
 
 #include <iterator>
 #include <span>
@@ -17,7 +18,7 @@ namespace {
 using Count = bool (*)(const XMLP_NODE *node);
 
 struct CountedPath {
-    const char *rest; // behind the path of the element that the pass has reached
+    const char *rest; // after the path of the element that the pass has reached
     Count count;
 };
 
@@ -50,11 +51,7 @@ bool keepLanguageCount(const XMLP_NODE *node) {
     return true;
 }
 
-constexpr char smallLetter(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-// The dotted path of an element, in small letters; those of the document may be of any case.
+// The dotted path of an element, in lower case; names of the document may be of any.
 struct PathText {
     char text[64];
 };
@@ -73,7 +70,7 @@ constexpr PathText pathTo(Element element, Element parent = Element::unknown) {
     while (count > 0) {
         path.text[length++] = '.';
         for (const char *name = infoOf(steps[--count]).name; *name != '\0'; ++name) {
-            path.text[length++] = smallLetter(*name);
+            path.text[length++] = velda::toLowerAscii(*name);
         }
     }
     return path;
@@ -108,19 +105,19 @@ private:
 };
 
 // What follows `beginning` in a path, null when the path begins otherwise.
-const char *behind(const char *path, const char *beginning) {
+const char *afterPrefix(const char *path, const char *beginning) {
     for (; *beginning != '\0'; ++path, ++beginning) {
-        if (*path != *beginning && *path != smallLetter(*beginning)) {
+        if (*path != *beginning && *path != velda::toLowerAscii(*beginning)) {
             return nullptr;
         }
     }
     return path;
 }
 
-Paths pathsBehind(const char *beginning) {
+Paths pathsAfter(const char *beginning) {
     Paths left;
     for (const CountedPath &path : countedPaths) {
-        const char *rest = beginning != nullptr ? behind(path.rest, beginning) : nullptr;
+        const char *rest = beginning != nullptr ? afterPrefix(path.rest, beginning) : nullptr;
         if (rest != nullptr) {
             left.add({rest, path.count});
         }
@@ -136,7 +133,7 @@ inline int countElement(const XMLP_NODE *node, std::span<const CountedPath> path
     }
     Paths left;
     for (const CountedPath &path : paths) {
-        const char *rest = *path.rest == '.' ? behind(path.rest + 1, node->name) : nullptr;
+        const char *rest = *path.rest == '.' ? afterPrefix(path.rest + 1, node->name) : nullptr;
         if (rest == nullptr) {
             continue;
         }
@@ -161,9 +158,9 @@ int countChildren(const XMLP_NODE *node, std::span<const CountedPath> paths) {
 } // namespace
 
 int _appmngr_parseNode(XMLP_NODE *node, const char *parentPath) {
-    return countElement(node, pathsBehind(parentPath));
+    return countElement(node, pathsAfter(parentPath));
 }
 
 int appmngr_parseThroughXML(const char *parentPath, XMLP_NODE *node) {
-    return countChildren(node, pathsBehind(parentPath));
+    return countChildren(node, pathsAfter(parentPath));
 }

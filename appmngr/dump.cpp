@@ -122,7 +122,7 @@ void writeAll(FILE *file) {
 // The lists, but for the rule that ends each.
 
 void writeApps(FILE *file) {
-    const auto apps = velda::appmngr::filledApplications();
+    const auto apps = velda::appmngr::populatedApplications();
     std::fprintf(file, "%s\nAll application [cnt = %d]\n\n", tableRule,
                  static_cast<int>(apps.size()));
     int index = 0;

@@ -7,9 +7,6 @@
 
 namespace velda::appmngr {
 
-constinit APPMNGR_EFFECT_LISTENER effectListener = nullptr;
-constinit void *effectListenerContext = nullptr;
-
 namespace {
 
 // Each stops at the nearest one, so that many equal siblings do not take time in the square of their number.
@@ -55,7 +52,7 @@ void notifyInteger(const XMLP_NODE *node, Element element) {
 } // namespace
 
 void notify(const APPMNGR_EFFECT &effect) {
-    effectListener(&effect, effectListenerContext);
+    g_appmngr_effectListener(&effect, g_appmngr_effectListenerContext);
 }
 
 void notify(const XMLP_NODE *node, APPMNGR_EFFECT_CODE code) {
@@ -104,6 +101,6 @@ void notifyMissingId(const XMLP_NODE *node) {
 } // namespace velda::appmngr
 
 void appmngr_setEffectListener(APPMNGR_EFFECT_LISTENER listener, void *context) {
-    velda::appmngr::effectListener = listener;
-    velda::appmngr::effectListenerContext = context;
+    g_appmngr_effectListener = listener;
+    g_appmngr_effectListenerContext = context;
 }

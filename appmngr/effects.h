@@ -9,12 +9,9 @@
 
 namespace velda::appmngr {
 
-extern APPMNGR_EFFECT_LISTENER effectListener;
-extern void *effectListenerContext;
-
 // Whether somebody is to be told of this element. All that follows asks for that first.
 inline bool hasListener(const XMLP_NODE *node) {
-    return effectListener != nullptr && node != nullptr;
+    return g_appmngr_effectListener != nullptr && node != nullptr;
 }
 
 void notify(const XMLP_NODE *node, APPMNGR_EFFECT_CODE code);

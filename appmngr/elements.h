@@ -29,42 +29,37 @@ struct Field {
 //
 // What the counting pass counts and goes through is what acts inCountedPath, and its path is made of
 // the first parents from here up to the document.
-#define DATABASE_ELEMENTS(ROW)                                                                    \
-    ROW(AppDB, pass, container, NO_FIELD, many, any, document)                                    \
-    ROW(ver, ver, string, FIELD(APPMNGR_APPDB, ver), once, any, AppDB)                            \
-    ROW(proModel, proModel, string, FIELD(APPMNGR_APPDB, proModel), once, any, AppDB)             \
-    ROW(expired, expired, string, FIELD(APPMNGR_APPDB, expired), once, any, AppDB)                \
-    ROW(appList, appList, container, NO_FIELD, many, inCountedPath, AppDB)                        \
-    ROW(app, app, container, NO_FIELD, many, inCountedPath, appList)                              \
-    ROW(id, id, integer, FIELDS(APPMNGR_APP, APPMNGR_APPTYPE, id), once, inCountedPath, app,      \
-        appType)                                                                                  \
-    ROW(name, name, string, FIELDS(APPMNGR_APP, APPMNGR_APPTYPE, name), once, inRecord, app,      \
-        appType)                                                                                  \
-    ROW(visible, visible, integer, FIELD(APPMNGR_APP, visible), once, inApp, app)                 \
-    ROW(typeIdList, pass, container, NO_FIELD, many, any, app)                                    \
-    ROW(typeId, typeid, integer, NO_FIELD, many, inApp, typeIdList)                               \
-    ROW(ruleList, pass, container, NO_FIELD, many, inCountedPath, app)                            \
-    ROW(rule, rule, container, NO_FIELD, many, inCountedPath, ruleList)                           \
-    ROW(tupleList, pass, container, NO_FIELD, many, inCountedPath, rule)                          \
-    ROW(tuple, tuple, tuple, TEXT(APPMNGR_TUPLE_SIZE), many, inCountedPath, tupleList)            \
-    ROW(ori, ori, container, NO_FIELD, many, any, rule)                                           \
-    ROW(rep, rep, container, NO_FIELD, many, any, rule)                                           \
-    ROW(enable, enable, integer, FIELD(APPMNGR_FEATURE, enable), once, inDirection, ori, rep,     \
-        segment)                                                                                  \
-    ROW(segment, pass, container, NO_FIELD, many, any, ori, rep, segment)                         \
-    ROW(start, start, integer, FIELD(APPMNGR_FEATURE, start), once, inDirection, ori, rep,        \
-        segment)                                                                                  \
-    ROW(end, end, integer, FIELD(APPMNGR_FEATURE, end), once, inDirection, ori, rep, segment)     \
-    ROW(minlength, minlength, integer, FIELD(APPMNGR_FEATURE, minlength), once, inDirection, ori, \
-        rep, segment)                                                                             \
-    ROW(dpiType, dpiType, string, FIELD(APPMNGR_FEATURE, dpiType), once, inDirection, ori, rep,   \
-        segment)                                                                                  \
-    ROW(dpiCode, dpiCode, string, FIELD(APPMNGR_FEATURE, dpiCode), once, inDirection, ori, rep,   \
-        segment)                                                                                  \
-    ROW(appTypeList, appTypeList, container, NO_FIELD, many, inCountedPath, AppDB)                \
-    ROW(appType, appType, container, NO_FIELD, many, inCountedPath, appTypeList)                  \
-    ROW(dnsKwList, pass, container, NO_FIELD, many, inCountedPath, app)                           \
-    ROW(dnsKw, dnsKw, string, FIELD(APPMNGR_DNS_RULE, dnsKw), many, inCountedPath, dnsKwList)
+// clang-format off
+#define DATABASE_ELEMENTS(ROW)                                                                                   \
+    ROW(AppDB,       pass,        container, NO_FIELD,                   many, any,           document)          \
+    ROW(ver,         ver,         string,    FIELD(APPDB, ver),          once, any,           AppDB)             \
+    ROW(proModel,    proModel,    string,    FIELD(APPDB, proModel),     once, any,           AppDB)             \
+    ROW(expired,     expired,     string,    FIELD(APPDB, expired),      once, any,           AppDB)             \
+    ROW(appList,     appList,     container, NO_FIELD,                   many, inCountedPath, AppDB)             \
+    ROW(app,         app,         container, NO_FIELD,                   many, inCountedPath, appList)           \
+    ROW(id,          id,          integer,   FIELDS(APP, APPTYPE, id),   once, inCountedPath, app, appType)      \
+    ROW(name,        name,        string,    FIELDS(APP, APPTYPE, name), once, inRecord,      app, appType)      \
+    ROW(visible,     visible,     integer,   FIELD(APP, visible),        once, inApp,         app)               \
+    ROW(typeIdList,  pass,        container, NO_FIELD,                   many, any,           app)               \
+    ROW(typeId,      typeid,      integer,   NO_FIELD,                   many, inApp,         typeIdList)        \
+    ROW(ruleList,    pass,        container, NO_FIELD,                   many, inCountedPath, app)               \
+    ROW(rule,        rule,        container, NO_FIELD,                   many, inCountedPath, ruleList)          \
+    ROW(tupleList,   pass,        container, NO_FIELD,                   many, inCountedPath, rule)              \
+    ROW(tuple,       tuple,       tuple,     TEXT(APPMNGR_TUPLE_SIZE),   many, inCountedPath, tupleList)         \
+    ROW(ori,         ori,         container, NO_FIELD,                   many, any,           rule)              \
+    ROW(rep,         rep,         container, NO_FIELD,                   many, any,           rule)              \
+    ROW(enable,      enable,      integer,   FIELD(FEATURE, enable),     once, inDirection,   ori, rep, segment) \
+    ROW(segment,     pass,        container, NO_FIELD,                   many, any,           ori, rep, segment) \
+    ROW(start,       start,       integer,   FIELD(FEATURE, start),      once, inDirection,   ori, rep, segment) \
+    ROW(end,         end,         integer,   FIELD(FEATURE, end),        once, inDirection,   ori, rep, segment) \
+    ROW(minlength,   minlength,   integer,   FIELD(FEATURE, minlength),  once, inDirection,   ori, rep, segment) \
+    ROW(dpiType,     dpiType,     string,    FIELD(FEATURE, dpiType),    once, inDirection,   ori, rep, segment) \
+    ROW(dpiCode,     dpiCode,     string,    FIELD(FEATURE, dpiCode),    once, inDirection,   ori, rep, segment) \
+    ROW(appTypeList, appTypeList, container, NO_FIELD,                   many, inCountedPath, AppDB)             \
+    ROW(appType,     appType,     container, NO_FIELD,                   many, inCountedPath, appTypeList)       \
+    ROW(dnsKwList,   pass,        container, NO_FIELD,                   many, inCountedPath, app)               \
+    ROW(dnsKw,       dnsKw,       string,    FIELD(DNS_RULE, dnsKw),     many, inCountedPath, dnsKwList)
+// clang-format on
 
 #define ELEMENT_OF_ROW(name, ...) name,
 // Which row of the table and of g_appmngr_nodeHandlers; `document` stands for the parent of what is on
@@ -102,14 +97,19 @@ struct ElementTable {
 constexpr ElementTable makeTable() {
     using enum Element;
 #define NO_FIELD \
-    {}
+    Field {}
 #define TEXT(size) \
-    { {}, size }
-#define FIELDS(ofApp, ofType, member) \
-    { {offsetof(ofApp, member), offsetof(ofType, member)}, sizeof(ofApp::member) }
+    Field {        \
+        {}, size   \
+    }
+#define FIELDS(app, type, member)                                            \
+    Field {                                                                  \
+        {offsetof(APPMNGR_##app, member), offsetof(APPMNGR_##type, member)}, \
+            sizeof(APPMNGR_##app::member)                                    \
+    }
 #define FIELD(record, member) FIELDS(record, record, member)
 #define INFO_OF_ROW(name, handler, kind, field, repetition, context, ...) \
-    makeInfo(#name, Kind::kind, Field field, repetition, Context::context, __VA_ARGS__),
+    makeInfo(#name, Kind::kind, field, repetition, Context::context, __VA_ARGS__),
     return {{DATABASE_ELEMENTS(INFO_OF_ROW) makeInfo("", Kind::container, {}, many, Context::any)}};
 #undef NO_FIELD
 #undef TEXT

@@ -1,6 +1,6 @@
 // What each element of the database document does to the model.
 //
-// Containers walk their children and pass them the context word; leaves write into the record under
+// Containers walk their children and pass them a tag or user data; leaves write into the record under
 // the current cursor; cursors advance when a container ends. So the order of the document matters.
 
 #include "appmngr/effects.h"
@@ -13,9 +13,9 @@ using namespace velda::appmngr;
 
 namespace {
 
-// ---- Context words and current records ----------------------------------------------------------
+// ---- Tags and current records --------------------------------------------------------------------
 
-void *selector(uintptr_t value) {
+void *tag(uintptr_t value) {
     return reinterpret_cast<void *>(value);
 }
 
@@ -42,10 +42,10 @@ APPMNGR_FEATURE *currentFeature(const void *param) {
     if (rule == nullptr) {
         return nullptr;
     }
-    if (param == selector(0)) {
+    if (param == tag(0)) {
         return &rule->orig;
     }
-    return param == selector(1) ? &rule->reply : nullptr;
+    return param == tag(1) ? &rule->reply : nullptr;
 }
 
 // Stores a leaf in its field of the record. -1 without record and for a text that counts as missing.
@@ -69,8 +69,8 @@ int store(const XMLP_NODE *node, void *record, size_t which = 0) {
 // For an element that both an application and a type have.
 template <Element element>
 int storeInAppOrType(const XMLP_NODE *node, const void *param) {
-    return param == selector(0) ? store<element>(node, currentApp(), 0)
-                                : store<element>(node, currentAppType(), 1);
+    return param == tag(0) ? store<element>(node, currentApp(), 0)
+                           : store<element>(node, currentAppType(), 1);
 }
 
 template <Element element>
@@ -101,16 +101,16 @@ bool enterPass(const XMLP_NODE *node, void *, Descent &) {
     return takes(node);
 }
 
-template <uintptr_t Selector>
+template <uintptr_t Tag>
 bool enterList(const XMLP_NODE *node, void *, Descent &descent) {
-    descent.param = selector(Selector);
+    descent.param = tag(Tag);
     descent.scope = Scope::database;
     return takes(node);
 }
 
-template <uintptr_t Selector>
+template <uintptr_t Tag>
 bool enterDirection(const XMLP_NODE *node, void *, Descent &descent) {
-    descent.param = selector(Selector);
+    descent.param = tag(Tag);
     return takes(node);
 }
 
@@ -250,8 +250,7 @@ int _appmngr_xmlnode_handler_appType(XMLP_NODE *node, void *param) {
 }
 
 int _appmngr_xmlnode_handler_id(XMLP_NODE *node, void *param) {
-    return inCountedPath(node) && isSelector(param) ? storeInAppOrType<Element::id>(node, param)
-                                                    : -1;
+    return inCountedPath(node) && isTag(param) ? storeInAppOrType<Element::id>(node, param) : -1;
 }
 
 int _appmngr_xmlnode_handler_name(XMLP_NODE *node, void *param) {

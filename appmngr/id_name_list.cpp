@@ -32,7 +32,7 @@ int appmngr_saveIdAndName(const char *path) {
         return -1;
     }
     std::fprintf(file, "%s\n", g_appmngr_appDb.ver);
-    for (const APPMNGR_APP &app : velda::appmngr::filledApplications()) {
+    for (const APPMNGR_APP &app : velda::appmngr::populatedApplications()) {
         writeLine(app, file);
         std::fflush(file);
     }

@@ -15,8 +15,6 @@
 #include <unistd.h>
 #include <utility>
 
-const char *g_appmngr_dbPath;
-
 using velda::OwnedFile;
 
 namespace {

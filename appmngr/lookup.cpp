@@ -21,7 +21,7 @@ const APPMNGR_APPDNS *appmngr_getAppDns(void) {
 }
 
 const APPMNGR_APP *appmngr_getApps(uint32_t *count) {
-    const auto apps = velda::appmngr::filledApplications();
+    const auto apps = velda::appmngr::populatedApplications();
     *count = static_cast<uint32_t>(apps.size());
     return apps.data();
 }

@@ -1,17 +1,10 @@
-// The model: its storage, allocation at counted sizes, release and reset.
+// The model: allocation at counted sizes, release and reset.
 
 #include "appmngr/appmngr_internal.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-
-APPMNGR_APPDB g_appmngr_appDb;
-APPMNGR_APP *g_appmngr_app;
-APPMNGR_APPDNS g_appmngr_appDns;
-APPMNGR_APPDESC g_appmngr_appDesc;
-APPMNGR_COUNTER g_appmngr_counter;
-int32_t g_appmngr_appTypeId[APPMNGR_APP_TYPES_MAX];
 
 namespace {
 

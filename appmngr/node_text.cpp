@@ -7,8 +7,6 @@
 #include <algorithm>
 #include <cstring>
 
-char g_appmngr_nodeValue[APPMNGR_NODE_TEXT_SIZE];
-
 namespace {
 
 bool hasText(const XMLP_NODE *node) {
@@ -53,7 +51,8 @@ velda::appmngr::Integer velda::appmngr::parseInteger(std::string_view text) {
         ++at;
     }
     magnitude = std::min(magnitude, isNegative ? largest + 1 : largest);
-    const bool fits = magnitude <= uint64_t{INT32_MAX} + (isNegative ? 1 : 0);
+    constexpr uint64_t largest32 = INT32_MAX;
+    const bool fits = isNegative ? magnitude <= largest32 + 1 : magnitude <= largest32;
     return {static_cast<int32_t>(isNegative ? 0 - magnitude : magnitude),
             hasDigits && at == end && fits};
 }

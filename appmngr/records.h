@@ -18,7 +18,7 @@ inline std::span<APPMNGR_APP> countedApplications() {
     return applications(g_appmngr_counter.appCnt);
 }
 
-inline std::span<APPMNGR_APP> filledApplications() {
+inline std::span<APPMNGR_APP> populatedApplications() {
     return applications(g_appmngr_counter.appIdx);
 }
 

@@ -158,7 +158,7 @@ void notifyPorts(const XMLP_NODE *node) {
 } // namespace
 
 int _appmngr_xmlnode_handler_tuple(XMLP_NODE *node, void *param) {
-    if (node == nullptr || isSelector(param) || !inCountedPath(node)) {
+    if (node == nullptr || isTag(param) || !inCountedPath(node)) {
         return -1;
     }
     if (hasListener(node) && notifyLeaf(node, Element::tuple)) {

@@ -11,8 +11,6 @@
 
 #include <cstdlib>
 
-APPMNGR_HANDLER_INFO *g_appmngr_handlerInfo;
-
 using namespace velda::appmngr;
 
 namespace {

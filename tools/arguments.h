@@ -1,4 +1,4 @@
-// What stands on the command line behind the name of a command.
+// What stands on the command line after the name of a command.
 #pragma once
 
 #include <string_view>
@@ -15,6 +15,6 @@ struct Arguments {
     bool wantsTypes = false;
 };
 
-// Reads the words behind the command into `arguments`. `options` names the options that the command
+// Reads the words after the command into `arguments`. `options` names the options that the command
 // takes, with blanks between them; --help is always one. False for a word that is none of them.
 bool readArguments(int argc, char **argv, std::string_view options, Arguments &arguments);

@@ -1,8 +1,8 @@
 // What a load would leave out, cut or misunderstand.
 
-#include "tools/complain.h"
 #include "tools/database.h"
 #include "tools/image_text.h"
+#include "tools/messages.h"
 #include "tools/subcommands.h"
 #include "tools/table.h"
 #include "tools/validator.h"
@@ -154,7 +154,7 @@ int checkCommand(const Arguments &arguments) {
     }
     Checker checker;
     if (!checker.load(*input)) {
-        complain(input->name, "the database can't be loaded");
+        printError(input->name, "the database can't be loaded");
         return unusable;
     }
     const Table &findings = checker.findings();

@@ -7,7 +7,7 @@
 
 struct Command {
     std::string_view name;
-    std::string_view synopsis; // behind the name
+    std::string_view synopsis; // after the name
     std::string_view options;  // that it takes, with blanks between them
     size_t fileCount;
     int failure; // exit status where its arguments are wrong

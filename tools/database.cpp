@@ -1,6 +1,6 @@
 #include "tools/database.h"
 
-#include "tools/complain.h"
+#include "tools/messages.h"
 #include "tools/text.h"
 
 #include <algorithm>
@@ -42,7 +42,7 @@ std::optional<Input> readImage(const char *path) {
 
 bool loadModel(const Input &image) {
     if (appmngr_loadImage(image.bytes.data(), static_cast<uint32_t>(image.bytes.size())) != 0) {
-        complain(image.name, "the database can't be loaded");
+        printError(image.name, "the database can't be loaded");
         return false;
     }
     return true;
@@ -73,7 +73,7 @@ std::vector<int32_t> appsMeantBy(const Database &database, const char *app) {
         }
     }
     if (ids.empty()) {
-        complain(database.name(), "no application \"" + shown(text) + "\"");
+        printError(database.name(), "no application \"" + escapeForTerminal(text) + "\"");
     }
     return ids;
 }

@@ -1,7 +1,7 @@
 // What is different in two databases.
 
-#include "tools/complain.h"
 #include "tools/database.h"
+#include "tools/messages.h"
 #include "tools/rules.h"
 #include "tools/subcommands.h"
 #include "tools/table.h"
@@ -34,15 +34,15 @@ using Records = std::map<Key, std::string>;
 
 void add(Records &records, Key key, const std::string &text) {
     key.number = UINT32_MAX;
-    const auto behind = records.lower_bound(key);
+    const auto successor = records.lower_bound(key);
     key.number = 0;
-    if (behind != records.begin()) {
-        const Key &last = std::prev(behind)->first;
+    if (successor != records.begin()) {
+        const Key &last = std::prev(successor)->first;
         const bool isEqual =
             std::tie(last.kind, last.id, last.contents) == std::tie(key.kind, key.id, key.contents);
         key.number = isEqual ? last.number + 1 : 0;
     }
-    records.emplace_hint(behind, std::move(key), text);
+    records.emplace_hint(successor, std::move(key), text);
 }
 
 std::string membersOf(const APPMNGR_APPTYPE &type) {
@@ -142,7 +142,7 @@ void printChange(const std::vector<Cell> &row) {
 int diffCommand(const Arguments &arguments) {
     constexpr int unusable = 2;
     if (isStandardStream(arguments.files[0]) && isStandardStream(arguments.files[1])) {
-        complain("standard input", "can be only one of the two");
+        printError("standard input", "can be only one of the two");
         return unusable;
     }
     const auto oldImage = readImage(arguments.files[0]);

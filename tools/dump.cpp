@@ -2,8 +2,8 @@
 
 #include "appmngr/appmngr.h"
 #include "common/owned.h"
-#include "tools/complain.h"
 #include "tools/database.h"
+#include "tools/messages.h"
 #include "tools/subcommands.h"
 
 #include <cerrno>
@@ -27,7 +27,7 @@ int dumpCommand(const Arguments &arguments) {
         const char *end = arguments.app + std::strlen(arguments.app);
         const auto read = std::from_chars(arguments.app, end, id);
         if (read.ec != std::errc() || read.ptr != end) {
-            complain(arguments.app, "--app takes an identifier here");
+            printError(arguments.app, "--app takes an identifier here");
             return 1;
         }
     }
@@ -57,7 +57,7 @@ int exportJsonCommand(const Arguments &arguments) {
     velda::OwnedFile file(std::fopen(path, "w"));
     const bool isWritten = file != nullptr && appmngr_writeRulesJson(file.get()) == 0;
     if (!isWritten || std::fclose(file.release()) != 0) {
-        complainOfSystem(path, errno);
+        printErrno(path, errno);
         return 1;
     }
     std::puts("Create JSON-Format database success!");

@@ -35,7 +35,7 @@ void ElementPath::enter(const XMLP_NODE *node) {
         levels_.emplace_back().node = parent;
     }
     const uint32_t index = ++levels_.back().seen[toLower(node->name)];
-    std::string step = joined({"/", shown(node->name)});
+    std::string step = joined({"/", escapeForTerminal(node->name)});
     if (index > 1 || isList(parent)) {
         step += joined({"[", std::to_string(index), "]"});
     }

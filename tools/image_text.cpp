@@ -3,7 +3,7 @@
 #include "appmngr/appmngr.h"
 #include "common/byte_order.h"
 #include "common/lzma_decoder.h"
-#include "tools/complain.h"
+#include "tools/messages.h"
 
 #include <algorithm>
 #include <lzma.h>
@@ -61,8 +61,8 @@ std::optional<ImageHeader> readImageHeader(const Input &image) {
     header.blockLength = loadBigEndian(bytes);
     if (header.blockLength < APPMNGR_BLOCK_HEADER_SIZE ||
         header.blockLength > APPMNGR_BLOCK_SIZE_MAX) {
-        complain(image.name,
-                 "no database image: a block of " + std::to_string(header.blockLength) + " bytes");
+        printError(image.name, "no database image: a block of " +
+                                   std::to_string(header.blockLength) + " bytes");
         return std::nullopt;
     }
     const uint8_t *block = bytes + APPMNGR_IMAGE_LENGTH_SIZE;
@@ -84,7 +84,7 @@ std::optional<std::string> decodeText(const Input &image) {
     velda::LzmaDecoder decoder;
     if (header->textSize > textSizeMax || image.bytes.size() <= headerEnd ||
         decoder.begin(block + APPMNGR_BLOCK_PROPERTIES, dictionarySize) != LZMA_OK) {
-        complain(image.name, "the text can't be decoded: its header is damaged");
+        printError(image.name, "the text can't be decoded: its header is damaged");
         return std::nullopt;
     }
     const size_t coded = std::min(image.bytes.size() - headerEnd,
@@ -92,8 +92,8 @@ std::optional<std::string> decodeText(const Input &image) {
     std::string text(header->textSize, '\0');
     text.resize(decoder.run(bytesOf(image.bytes) + headerEnd, coded, text.data(), text.size()));
     if (text.size() < header->textSize) {
-        complain(image.name, "the text can't be decoded: it is damaged behind byte " +
-                                 std::to_string(text.size()));
+        printError(image.name, "the text can't be decoded: it is damaged behind byte " +
+                                   std::to_string(text.size()));
         return std::nullopt;
     }
     return text;
@@ -107,12 +107,12 @@ std::optional<Input> readDocument(const char *path) {
 bool canBeCarried(const Input &document) {
     const std::string &text = document.bytes;
     if (text.empty()) {
-        complain(document.name, "the text is empty");
+        printError(document.name, "the text is empty");
     } else if (text.size() > textSizeMax) {
-        complain(document.name,
-                 "the text is larger than " + std::to_string(textSizeMax) + " bytes");
+        printError(document.name,
+                   "the text is larger than " + std::to_string(textSizeMax) + " bytes");
     } else if (text.find('\0') != std::string::npos) {
-        complain(document.name, "the text holds a zero byte, at which a load would end it");
+        printError(document.name, "the text holds a zero byte, at which a load would end it");
     } else {
         return true;
     }
@@ -137,12 +137,12 @@ std::optional<std::string> encodeImage(const Input &document) {
     const lzma_ret result =
         isReady ? codeAll(&stream, bytesOf(text), text.size(), image, headerEnd) : LZMA_MEM_ERROR;
     if (result == LZMA_OK) { // more to come, and nowhere to put it
-        complain(document.name, "the text does not pack into " +
-                                    std::to_string(APPMNGR_BLOCK_SIZE_MAX) + " bytes");
+        printError(document.name, "the text does not pack into " +
+                                      std::to_string(APPMNGR_BLOCK_SIZE_MAX) + " bytes");
         return std::nullopt;
     }
     if (result != LZMA_STREAM_END) {
-        complain(document.name, "the encoder could not be set up; is there enough memory?");
+        printError(document.name, "the encoder could not be set up; is there enough memory?");
         return std::nullopt;
     }
     storeBigEndian(bytesOf(image), static_cast<uint32_t>(image.size() - APPMNGR_IMAGE_LENGTH_SIZE));

@@ -1,8 +1,8 @@
 // What a database is, and how much more would go into its image.
 
-#include "tools/complain.h"
 #include "tools/database.h"
 #include "tools/image_text.h"
+#include "tools/messages.h"
 #include "tools/subcommands.h"
 #include "tools/table.h"
 

@@ -1,8 +1,8 @@
 #include "tools/input.h"
 
 #include "common/owned.h"
-#include "tools/complain.h"
-#include "tools/replace_file.h"
+#include "tools/messages.h"
+#include "tools/write_file.h"
 
 #include <algorithm>
 #include <array>
@@ -37,7 +37,7 @@ std::optional<Input> readInput(const char *path, size_t limit) {
     const velda::OwnedFile opened(isStandard ? nullptr : std::fopen(path, "rb"));
     FILE *file = isStandard ? stdin : opened.get();
     if (file == nullptr || !readUpTo(file, limit, input.bytes)) {
-        complainOfSystem(input.name, errno);
+        printErrno(input.name, errno);
         return std::nullopt;
     }
     return input;
@@ -45,7 +45,8 @@ std::optional<Input> readInput(const char *path, size_t limit) {
 
 bool writeOutput(const char *path, std::string_view bytes) {
     if (!isStandardStream(path)) {
-        return replaceFile(path, {reinterpret_cast<const uint8_t *>(bytes.data()), bytes.size()});
+        return writeFileAtomically(path,
+                                   {reinterpret_cast<const uint8_t *>(bytes.data()), bytes.size()});
     }
     return std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size();
 }

@@ -1,9 +1,9 @@
-// velda-dbtool: work on database images at a desk.
+// velda-dbtool: a developer's tool for database images.
 
 #include "common/common.h"
 #include "tools/commands.h"
-#include "tools/complain.h"
 #include "tools/database.h"
+#include "tools/messages.h"
 #include "tools/text.h"
 
 #include <cerrno>
@@ -47,7 +47,7 @@ int runCommand(int argc, char **argv) {
     sendReportsToStandardError();
     const int status = command->run(arguments);
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-        complainOfSystem("standard output", errno);
+        printErrno("standard output", errno);
         return command->failure;
     }
     return status;

@@ -1,13 +1,13 @@
 // The commands of containers in a build that leaves out libcrypto.
 
-#include "tools/complain.h"
+#include "tools/messages.h"
 #include "tools/subcommands.h"
 
 namespace {
 
 int refuse(const Arguments &arguments) {
-    complain(arguments.files[0],
-             "this velda-dbtool was built without containers (VELDA_BUILD_CONTAINER)");
+    printError(arguments.files[0],
+               "this velda-dbtool was built without containers (VELDA_BUILD_CONTAINER)");
     return 1;
 }
 

@@ -2,8 +2,8 @@
 
 #include "appmngr/appmngr.h"
 #include "crypto/quelm.h"
-#include "tools/complain.h"
 #include "tools/input.h"
+#include "tools/messages.h"
 #include "tools/subcommands.h"
 
 #include <array>
@@ -26,9 +26,9 @@ int sealCommand(const Arguments &arguments) {
     const int32_t result =
         appmngr_db_sealAppDb(container.data(), &length, image->bytes.data(), imageLength);
     if (result != APPMNGR_SUCCESS) {
-        complain(image->name, result == APPMNGR_ERR_FILE_INVALID_FORMAT
-                                  ? "the image is cut short"
-                                  : "no database image: its block is too long");
+        printError(image->name, result == APPMNGR_ERR_FILE_INVALID_FORMAT
+                                    ? "the image is cut short"
+                                    : "no database image: its block is too long");
         return 1;
     }
     container.resize(length);
@@ -50,8 +50,8 @@ int unsealCommand(const Arguments &arguments) {
     if (result != APPMNGR_SUCCESS ||
         appmngr_db_openContainer(plain.data(), &plainLength, input->bytes.data(), length) !=
             APPMNGR_SUCCESS) {
-        complain(input->name, "no sound container: " +
-                                  std::string(appmngr_errStr(static_cast<int16_t>(result))));
+        printError(input->name, "no sound container: " +
+                                    std::string(appmngr_errStr(static_cast<int16_t>(result))));
         return 1;
     }
     // The header begins with the length, as an image does.

@@ -81,7 +81,7 @@ std::string rowJson(const Table &table, const std::vector<Cell> &row) {
 } // namespace
 
 Cell textCell(std::string_view text) {
-    return {shown(text), jsonText(text), false};
+    return {escapeForTerminal(text), jsonText(text), false};
 }
 
 Cell numberCell(int64_t number) {

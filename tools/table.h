@@ -26,7 +26,7 @@ struct Table {
 };
 
 // Prints {"command": ..., "file": ..., "<name>": [an object for each row]}; `origin` are the members
-// that tell of which files.
+// that name the files.
 void printJson(const Arguments &arguments, const JsonMembers &origin, const Table &table);
 
 // Prints a table of the file in the form that the arguments ask for.

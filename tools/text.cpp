@@ -80,7 +80,7 @@ bool isUtf8(std::string_view text) {
     return true;
 }
 
-std::string shown(std::string_view text) {
+std::string escapeForTerminal(std::string_view text) {
     std::string result;
     while (!text.empty()) {
         const Character character = firstCharacter(text);

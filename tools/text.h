@@ -21,7 +21,7 @@ bool isUtf8(std::string_view text);
 
 // The text as a terminal may show it: control characters, and bytes that are not UTF-8, as "\n" or
 // "\x1b".
-std::string shown(std::string_view text);
+std::string escapeForTerminal(std::string_view text);
 
 // How many columns a text takes, a code point being one.
 size_t columnsOf(std::string_view text);

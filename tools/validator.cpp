@@ -22,7 +22,7 @@ std::string_view textOf(const XMLP_NODE *node) {
 std::string quoted(const APPMNGR_EFFECT &effect) {
     const auto text =
         effect.text != nullptr ? std::string_view(effect.text, effect.size) : std::string_view();
-    return joined({"\"", shown(text), "\""});
+    return joined({"\"", escapeForTerminal(text), "\""});
 }
 
 void examineText(const APPMNGR_EFFECT &effect, const Validator::Report &report) {

@@ -2,9 +2,9 @@
 
 #include "appmngr/appmngr.h"
 #include "common/owned.h"
-#include "tools/complain.h"
 #include "tools/database.h"
 #include "tools/image_text.h"
+#include "tools/messages.h"
 #include "tools/subcommands.h"
 
 #include <memory>
@@ -35,7 +35,7 @@ int xmlCommand(const Arguments &arguments) {
     if (arguments.wantsIndent) {
         text = indented(*text);
         if (!text) {
-            complain(image->name, "the text is no document");
+            printError(image->name, "the text is no document");
             return 1;
         }
     }

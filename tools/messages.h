@@ -4,10 +4,10 @@
 #include <string_view>
 
 // Writes "velda-dbtool: <name>: <reason>" to standard error.
-void complain(std::string_view name, std::string_view reason);
+void printError(std::string_view name, std::string_view reason);
 
 // The same with the system's reason.
-void complainOfSystem(std::string_view name, int error);
+void printErrno(std::string_view name, int error);
 
 // A report callback of the libraries that writes to standard error.
 void printReport(const char *text, void *);

@@ -1,6 +1,6 @@
-#include "tools/replace_file.h"
+#include "tools/write_file.h"
 
-#include "tools/complain.h"
+#include "tools/messages.h"
 
 #include <array>
 #include <cerrno>
@@ -32,23 +32,23 @@ mode_t ordinaryMode() {
 
 } // namespace
 
-bool replaceFile(const char *path, std::span<const uint8_t> bytes) {
+bool writeFileAtomically(const char *path, std::span<const uint8_t> bytes) {
     std::array<char, PATH_MAX> temporary;
     const int length = std::snprintf(temporary.data(), temporary.size(), "%s.XXXXXX", path);
     if (length < 0 || static_cast<size_t>(length) >= temporary.size()) {
-        complainOfSystem(path, ENAMETOOLONG);
+        printErrno(path, ENAMETOOLONG);
         return false;
     }
     const int file = mkstemp(temporary.data());
     if (file < 0) {
-        complainOfSystem(path, errno);
+        printErrno(path, errno);
         return false;
     }
     bool isDone = writeAll(file, bytes) && fchmod(file, ordinaryMode()) == 0;
     isDone = close(file) == 0 && isDone;
     isDone = isDone && std::rename(temporary.data(), path) == 0;
     if (!isDone) {
-        complainOfSystem(path, errno);
+        printErrno(path, errno);
         unlink(temporary.data());
     }
     return isDone;
