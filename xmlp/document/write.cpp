@@ -239,7 +239,7 @@ char *writeDocument(const XMLP_TREE &tree, auto layout, uint32_t &size, XMLP_WRI
 using namespace velda::xmlp;
 
 char *xmlp_writeDoc(const XMLP_DOC *doc, uint32_t flags, uint32_t *size, XMLP_WRITE_ERROR *error) {
-    XMLP_WRITE_ERROR ignored;
+    XMLP_WRITE_ERROR ignored = {};
     XMLP_WRITE_ERROR &result = error != nullptr ? *error : ignored;
     result = {XMLP_WRITE_NONE, messageOf(XMLP_WRITE_NONE), {}};
     if (doc == nullptr || size == nullptr || doc->tree == nullptr ||
