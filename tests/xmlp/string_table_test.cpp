@@ -1,4 +1,4 @@
-// The index of the name table against the search that it replaces.
+// The index of the string table against the search that it replaces.
 
 #include "xmlp/base/string_table.h"
 
